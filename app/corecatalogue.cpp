@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#include "corecatalogue.h"
+
+#include <ipcore/baseipcore.h>
+#include <ipcore/ippackage.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QPluginLoader>
+
+CoreCatalogue::~CoreCatalogue()
+{
+    // The cores' code lives in the plug-ins: delete them while it is loaded.
+    for (const Entry &entry : qAsConst(m_entries))
+        delete entry.core;
+    qDeleteAll(m_loaders);
+}
+
+QString CoreCatalogue::defaultRoot()
+{
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../ipcore"));
+}
+
+void CoreCatalogue::load(const QString &root)
+{
+    const QDir rootDir(root);
+    if (!rootDir.exists()) {
+        m_problems << QStringLiteral("No IP package directory \"%1\".")
+                          .arg(QDir::toNativeSeparators(root));
+        return;
+    }
+    const QStringList packages = rootDir.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QString &package : packages)
+        loadPackage(rootDir.absoluteFilePath(package));
+}
+
+void CoreCatalogue::loadPackage(const QString &dir)
+{
+    const QStringList files
+        = QDir(dir).entryList(QStringList(QStringLiteral("lib*.so")), QDir::Files, QDir::Name);
+    for (const QString &file : files) {
+        const QString path = QDir(dir).absoluteFilePath(file);
+        auto *loader = new QPluginLoader(path);
+        QObject *root = loader->instance();
+        auto *package = qobject_cast<IPCore::IPPackage *>(root);
+        if (!package) {
+            m_problems << (root ? QStringLiteral("\"%1\" is not an IP package.")
+                                      .arg(QDir::toNativeSeparators(path))
+                                : QStringLiteral("Cannot load \"%1\": %2")
+                                      .arg(QDir::toNativeSeparators(path), loader->errorString()));
+            loader->unload();
+            delete loader;
+            continue;
+        }
+        m_loaders << loader;
+        package->packagePath = dir;
+        const QList<IPCore::BaseIPCore *> cores = package->ipCores();
+        if (cores.isEmpty())
+            m_problems << QStringLiteral("\"%1\" offers no core: its description is missing or "
+                                         "incomplete.")
+                              .arg(QDir::toNativeSeparators(path));
+        for (IPCore::BaseIPCore *core : cores)
+            m_entries << Entry{core, dir};
+    }
+}
+
+QStringList CoreCatalogue::listing(const DEV::DeviceArg &device) const
+{
+    QStringList lines;
+    for (const Entry &entry : m_entries) {
+        const IPCore::BaseIPCore *core = entry.core;
+        lines << QStringList{core->id(), core->name(), core->version(),
+                             core->category().join(QStringLiteral(", ")),
+                             core->isSupported(device) ? QStringLiteral("supported")
+                                                       : QStringLiteral("not supported")}
+                     .join(QLatin1Char('\t'));
+    }
+    return lines;
+}

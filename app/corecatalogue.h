@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <dev/devicearg.h>
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+class QPluginLoader;
+
+namespace IPCore {
+class BaseIPCore;
+}
+
+// The cores of every IP package installed below one directory. A package is a
+// folder of its own there, holding one or more plug-in files "lib*.so".
+class CoreCatalogue
+{
+public:
+    struct Entry
+    {
+        IPCore::BaseIPCore *core;
+        QString packageDir;
+    };
+
+    CoreCatalogue() = default;
+    CoreCatalogue(const CoreCatalogue &) = delete;
+    CoreCatalogue &operator=(const CoreCatalogue &) = delete;
+    ~CoreCatalogue();
+
+    // The packages below `<application dir>/../ipcore`.
+    static QString defaultRoot();
+
+    // Loads every package below `root`. A package that cannot be loaded is
+    // passed over, and problems() says why.
+    void load(const QString &root);
+
+    const QList<Entry> &entries() const { return m_entries; }
+    const QStringList &problems() const { return m_problems; }
+
+    // One line a core, fields separated by tabs: id, name, version,
+    // categories, and whether the device may use it.
+    QStringList listing(const DEV::DeviceArg &device) const;
+
+private:
+    void loadPackage(const QString &dir);
+
+    QList<Entry> m_entries;
+    QList<QPluginLoader *> m_loaders;
+    QStringList m_problems;
+};

@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+//
+// ipcoregen: the IP Core Generator. With a display it opens the catalogue
+// window; with --list, or when no display is available, it prints the
+// catalogue for one device and exits.
+
+#include "corecatalogue.h"
+#include "mainwindow.h"
+
+#include <core/idecore.h>
+#include <dev/devicedb.h>
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QTextStream>
+
+#include <memory>
+
+namespace {
+
+bool displayAvailable()
+{
+    return !qEnvironmentVariableIsEmpty("DISPLAY")
+           || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
+           || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+}
+
+// The device the user named, or the first device of the default family.
+DEV::DeviceArg chosenDevice(const QString &id, QString *error)
+{
+    const DEV::DeviceDb *db = Core::IdeCore::deviceDataBase();
+    if (!id.isEmpty()) {
+        const DEV::DeviceArg device = db->findByID(id);
+        if (!device.isValid())
+            *error = QStringLiteral("Unknown device \"%1\". Known devices: %2.")
+                         .arg(id, MainWindow::deviceIds(*db).join(QStringLiteral(", ")));
+        return device;
+    }
+    DEV::ChipFilter filter;
+    filter.family = QStringLiteral("RK9C-880D");
+    const QList<DEV::DeviceArg> devices = db->filterDevice(filter);
+    if (!devices.isEmpty())
+        return devices.first();
+    if (!db->devices().isEmpty())
+        return db->devices().first();
+    *error = QStringLiteral("The device database \"%1\" lists no device.")
+                 .arg(Core::IdeCore::deviceDataBasePath());
+    return DEV::DeviceArg();
+}
+
+int printCatalogue(const QString &deviceId)
+{
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    QString error;
+    const DEV::DeviceArg device = chosenDevice(deviceId, &error);
+    if (!device.isValid()) {
+        err << error << '\n';
+        return 2;
+    }
+
+    CoreCatalogue catalogue;
+    catalogue.load(CoreCatalogue::defaultRoot());
+    for (const QString &problem : catalogue.problems())
+        err << "warning: " << problem << '\n';
+    err.flush();
+
+    out << "Device: " << device.id << " (" << device.name << ", " << device.family << ")\n";
+    for (const QString &line : catalogue.listing(device))
+        out << line << '\n';
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("IP Core Generator"));
+    parser.addHelpOption();
+    const QCommandLineOption listOption(QStringLiteral("list"),
+                                        QStringLiteral("Print the catalogue and exit."));
+    const QCommandLineOption deviceOption(QStringLiteral("device"),
+                                          QStringLiteral("The target device."),
+                                          QStringLiteral("id"));
+    parser.addOption(listOption);
+    parser.addOption(deviceOption);
+
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    // Parsed before any application object exists: the choice of a window or
+    // a listing decides which kind of application is made.
+    parser.parse(arguments);
+    const bool wantList = parser.isSet(listOption);
+    const QString deviceId = parser.value(deviceOption);
+
+    if (wantList || !parser.errorText().isEmpty() || parser.isSet(QStringLiteral("help"))
+        || !displayAvailable()) {
+        QCoreApplication app(argc, argv);
+        parser.process(app);
+        if (!wantList)
+            QTextStream(stderr) << "No display is available: printing the catalogue instead.\n";
+        return printCatalogue(deviceId);
+    }
+
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("IP Core Generator"));
+    QString error;
+    const DEV::DeviceArg device = chosenDevice(deviceId, &error);
+    if (!device.isValid()) {
+        QTextStream(stderr) << error << '\n';
+        return 2;
+    }
+    auto catalogue = std::make_unique<CoreCatalogue>();
+    catalogue->load(CoreCatalogue::defaultRoot());
+    MainWindow window(catalogue.get(), device.id);
+    window.show();
+    return app.exec();
+}

@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: MIT
+#include "mainwindow.h"
+
+#include "corecatalogue.h"
+
+#include <core/editormanager.h>
+#include <core/idecore.h>
+#include <core/viewmanager.h>
+#include <dev/devicedb.h>
+#include <ipcore/baseipcore.h>
+#include <te/flowmanager.h>
+#include <te/taskengine.h>
+
+#include <QComboBox>
+#include <QDir>
+#include <QDockWidget>
+#include <QFile>
+#include <QFileInfo>
+#include <QFontDatabase>
+#include <QHeaderView>
+#include <QLabel>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QTabWidget>
+#include <QTextStream>
+#include <QToolBar>
+#include <QTreeWidget>
+
+namespace {
+enum Column { NameColumn, VersionColumn, CategoryColumn, IdColumn };
+}
+
+MainWindow::MainWindow(const CoreCatalogue *catalogue, const QString &deviceId, QWidget *parent)
+    : QMainWindow(parent)
+    , m_catalogue(catalogue)
+    , m_devices(new QComboBox)
+    , m_cores(new QTreeWidget)
+    , m_editors(new QTabWidget)
+    , m_results(new QListWidget)
+{
+    setWindowTitle(QStringLiteral("IP Core Generator"));
+    resize(1100, 700);
+
+    auto *toolBar = addToolBar(QStringLiteral("Device"));
+    toolBar->setObjectName(QStringLiteral("deviceToolBar"));
+    toolBar->setMovable(false);
+    toolBar->addWidget(new QLabel(QStringLiteral(" Device: ")));
+    m_devices->setObjectName(QStringLiteral("deviceComboBox"));
+    m_devices->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    const DEV::DeviceDb *db = Core::IdeCore::deviceDataBase();
+    for (const DEV::DeviceArg &device : db->devices())
+        m_devices->addItem(QStringLiteral("%1   %2").arg(device.id, device.family), device.id);
+    m_devices->setCurrentIndex(qMax(0, m_devices->findData(deviceId)));
+    toolBar->addWidget(m_devices);
+
+    m_cores->setObjectName(QStringLiteral("coreTree"));
+    m_cores->setHeaderLabels({QStringLiteral("Name"), QStringLiteral("Version"),
+                              QStringLiteral("Category"), QStringLiteral("ID")});
+    m_cores->setRootIsDecorated(false);
+    m_cores->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+
+    m_editors->setObjectName(QStringLiteral("editorTabs"));
+    m_editors->setTabsClosable(true);
+    m_editors->setDocumentMode(true);
+    connect(m_editors, &QTabWidget::tabCloseRequested, this, [this](int index) {
+        delete m_editors->widget(index);
+    });
+
+    auto *splitter = new QSplitter;
+    splitter->addWidget(m_cores);
+    splitter->addWidget(m_editors);
+    splitter->setSizes({520, 580});
+    setCentralWidget(splitter);
+
+    m_results->setObjectName(QStringLiteral("resultList"));
+    auto *dock = new QDockWidget(QStringLiteral("Flow Results"), this);
+    dock->setObjectName(QStringLiteral("resultDock"));
+    dock->setFeatures(QDockWidget::NoDockWidgetFeatures);
+    dock->setWidget(m_results);
+    addDockWidget(Qt::BottomDockWidgetArea, dock);
+    resizeDocks({dock}, {140}, Qt::Vertical);
+
+    connect(m_devices, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+            &MainWindow::fillCatalogue);
+    connect(Core::EditorManager::instance(), &Core::EditorManager::editorOpened, this,
+            &MainWindow::showFile);
+    TE::FlowManager *flow = TE::TaskEngine::instance()->flowManager();
+    connect(flow, &TE::FlowManager::resultFileAdded, this, &MainWindow::addResult);
+    for (const TE::FlowManager::ResultFile &result : flow->resultFiles())
+        addResult(result.first, result.second);
+
+    Core::ViewManager::setDialogParent(this);
+    fillCatalogue();
+    if (!m_catalogue->problems().isEmpty()) {
+        auto *problems = new QLabel(m_catalogue->problems().join(QLatin1Char('\n')));
+        problems->setObjectName(QStringLiteral("problemLabel"));
+        problems->setStyleSheet(QStringLiteral("color: #b00000"));
+        statusBar()->addPermanentWidget(problems);
+    }
+}
+
+MainWindow::~MainWindow()
+{
+    Core::ViewManager::setDialogParent(nullptr);
+}
+
+QStringList MainWindow::deviceIds(const DEV::DeviceDb &db)
+{
+    QStringList ids;
+    for (const DEV::DeviceArg &device : db.devices())
+        ids << device.id;
+    return ids;
+}
+
+void MainWindow::fillCatalogue()
+{
+    const DEV::DeviceArg device
+        = Core::IdeCore::deviceDataBase()->findByID(m_devices->currentData().toString());
+    m_cores->clear();
+    for (const CoreCatalogue::Entry &entry : m_catalogue->entries()) {
+        const IPCore::BaseIPCore *core = entry.core;
+        auto *item = new QTreeWidgetItem(m_cores);
+        item->setText(NameColumn, core->name());
+        item->setText(VersionColumn, core->version());
+        item->setText(CategoryColumn, core->category().join(QStringLiteral(", ")));
+        item->setText(IdColumn, core->id());
+        const bool supported = core->isSupported(device);
+        item->setDisabled(!supported);
+        item->setToolTip(NameColumn, supported
+                                         ? QStringLiteral("Available for %1.").arg(device.name)
+                                         : QStringLiteral("Not available for the %1 family.")
+                                               .arg(device.family));
+    }
+    QString summary = QStringLiteral("%1   part number %2").arg(device.name, device.partNumber);
+    if (!device.version.isEmpty())
+        summary += QStringLiteral("   version %1").arg(device.version);
+    statusBar()->showMessage(summary);
+}
+
+void MainWindow::showFile(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        statusBar()->showMessage(QStringLiteral("Cannot show \"%1\": %2")
+                                     .arg(QDir::toNativeSeparators(fileName), file.errorString()));
+        return;
+    }
+    auto *editor = new QPlainTextEdit;
+    editor->setReadOnly(true);
+    editor->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    QTextStream in(&file);
+    in.setCodec("UTF-8");
+    editor->setPlainText(in.readAll());
+    const int index = m_editors->addTab(editor, QFileInfo(fileName).fileName());
+    m_editors->setTabToolTip(index, QDir::toNativeSeparators(fileName));
+    m_editors->setCurrentIndex(index);
+}
+
+void MainWindow::addResult(const QString &path, const QString &tag)
+{
+    m_results->addItem(QStringLiteral("%1   %2").arg(tag, QDir::toNativeSeparators(path)));
+}

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#include "plugin/serdesippackage.h"
+
+#include "plugin/serdesip.h"
+
+namespace IPSERDESIP {
+
+QList<IPCore::BaseIPCore *> serdesippackage::ipCores() const
+{
+    QList<IPCore::BaseIPCore *> cores;
+    IPCore::BaseIPCore *core = new serdesip(packagePath);
+    if (!core->initilize()) {
+        delete core;
+        return cores;
+    }
+    cores << core;
+    return cores;
+}
+
+} // namespace IPSERDESIP

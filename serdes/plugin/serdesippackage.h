@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <ipcore/ippackage.h>
+
+namespace IPSERDESIP {
+
+// The root object of libSERDES_IP.so: offers the one SerDes core.
+class serdesippackage : public IPCore::IPPackage
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID "com.tarvexchip.plugins.IPPackage/1.0")
+    Q_INTERFACES(IPCore::IPPackage)
+
+public:
+    // An empty list when the core cannot read its description.
+    QList<IPCore::BaseIPCore *> ipCores() const override;
+};
+
+} // namespace IPSERDESIP
