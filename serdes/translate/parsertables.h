@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The shapes in which the parameter tables are written down: one file of
+// families per device tier, and one of the free-valued parameters that are
+// translated by rule. All of it is constant data that needs no construction at
+// load time; parser expands it into its maps. Internal to the library.
+
+#include <cstddef>
+
+namespace IPSERDESIP {
+namespace parsertables {
+
+// A view of a constant array, so that a row can refer to a list of any length.
+template<typename T>
+struct Rows
+{
+    const T *data = nullptr;
+    std::size_t size = 0;
+
+    constexpr Rows() = default;
+    template<std::size_t N>
+    constexpr Rows(const T (&rows)[N])
+        : data(rows)
+        , size(N)
+    {}
+
+    constexpr const T *begin() const { return data; }
+    constexpr const T *end() const { return data + size; }
+};
+
+// A protocol-side value and the device-side value exactly as it stands in the
+// device line, double quotes included where the device wants text.
+struct ValuePair
+{
+    const char *protocol;
+    const char *device;
+};
+
+enum class Scope {
+    // q<n>_ln<m>_<name> gives [q<n>.ln<m>], for every lane of the tier's quads.
+    Lane,
+    // q<n>_<name> gives [q<n>], for every quad of the tier.
+    Quad,
+    // As Quad, but for q0 and q1 whatever the tier has: the writer drops the
+    // section the tier lacks.
+    BothQuads,
+};
+
+// One parameter with its device field. Each value pair gives one whole-line
+// translation per lane or quad of the scope; the default gives one default row
+// per lane or quad.
+struct Family
+{
+    Scope scope;
+    const char *name;
+    // Unused by a family without pairs.
+    const char *field;
+    // None: the value is free and translated by rule.
+    Rows<ValuePair> pairs;
+    // Protocol-side default; null for a family that has none.
+    const char *defaultValue;
+};
+
+// A master select of a lane: its pairs are the tier's master lane names and its
+// default is the lane's own name.
+struct MasterSelect
+{
+    const char *name;
+    const char *field;
+};
+
+// A row written out whole: protocol line and device line, or parameter name
+// and default.
+struct Line
+{
+    const char *key;
+    const char *value;
+};
+
+struct TierTables
+{
+    // Lane and quad rows exist for q0 up to q<quadCount - 1>, four lanes each.
+    int quadCount;
+    Rows<Family> families;
+    Rows<ValuePair> masterLanes;
+    Rows<MasterSelect> masterSelects;
+    // Chip-wide translations and defaults.
+    Rows<Line> chipLines;
+    Rows<Line> chipDefaults;
+};
+
+extern const TierTables TABLES_880K;
+extern const TierTables TABLES_370K;
+extern const TierTables TABLES_90K;
+
+// How a free value becomes the device value.
+enum class ValueRule {
+    // As it stands.
+    Text,
+    // In upper case.
+    Upper,
+    // Millivolts of output swing to the driver's level code: (mV - 180) / 48.
+    Swing,
+    // Millivolts of signal-detect threshold to its code: (mV - 25) / 25.
+    Threshold,
+    // A hexadecimal pattern written in decimal.
+    Hex,
+};
+
+enum class RuleScope {
+    // q<n>_ln<m>_<name> gives [q<n>.ln<m>].
+    Lane,
+    // q<n>_<name> gives [q<n>].
+    Quad,
+    // <name> gives [q0]: the chip's one input of its kind sits in q0's section.
+    Chip,
+};
+
+// A free-valued parameter. Rules hold for every tier alike: a line that the
+// tier lacks is dropped later, when the file is written.
+struct Rule
+{
+    RuleScope scope;
+    // Lane and quad names run over q0 up to q<quads - 1>.
+    int quads;
+    const char *name;
+    const char *field;
+    // The device value, %1 standing for the protocol value after the rule.
+    const char *value;
+    ValueRule rule;
+};
+
+extern const Rows<Rule> RULES;
+
+} // namespace parsertables
+} // namespace IPSERDESIP
