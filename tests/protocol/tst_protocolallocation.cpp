@@ -1,0 +1,323 @@
+// SPDX-License-Identifier: MIT
+//
+// Requests of a protocol plug-in on the transceiver model: what addItem
+// places or refuses with which words, what deleteItem gives back, and the
+// answers by which a second protocol learns what it may share.
+
+#include "protocolclient.h"
+
+using namespace IPSERDESIP;
+using namespace protocolclient;
+
+namespace {
+const QString T880K = QStringLiteral("RK9C-880D");
+const QString T370K = QStringLiteral("RK9C-370D");
+const QString T90K = QStringLiteral("RK9C-90F");
+} // namespace
+
+class tst_ProtocolAllocation : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+    void contract();
+    void messageCheck_data();
+    void messageCheck();
+    void requests_data();
+    void requests();
+    void wholeLaneHoldsSourceTwice();
+    void pllSharing();
+
+private:
+    QPluginLoader m_loader;
+    BaseProtocol *m_protocol = nullptr;
+};
+
+void tst_ProtocolAllocation::initTestCase()
+{
+    QLocale::setDefault(QLocale::c());
+    QString error;
+    m_protocol = loadTestProtocol(m_loader, error);
+    QVERIFY2(m_protocol, qPrintable(error));
+}
+
+void tst_ProtocolAllocation::cleanupTestCase()
+{
+    delete m_protocol;
+    serdes::destory();
+}
+
+void tst_ProtocolAllocation::contract()
+{
+    QCOMPARE(m_loader.metaData().value("IID").toString(),
+             QStringLiteral("com.tarvexchip.plugins.ProtocolPackage/1.0"));
+    auto *package = qobject_cast<ProtocolPackage *>(m_loader.instance());
+    QVERIFY(package);
+    QVERIFY(!package->qt_metacast("com.tarvexchip.plugins.IPPackage/1.0"));
+
+    // Every call hands over new objects: the page and the chooser each own a set.
+    const QList<BaseProtocol *> first = package->protocols();
+    const QList<BaseProtocol *> second = package->protocols();
+    QCOMPARE(first.size(), 1);
+    QCOMPARE(second.size(), 1);
+    QVERIFY(first.first() != second.first());
+    QVERIFY(first.first() != m_protocol);
+    qDeleteAll(first);
+    qDeleteAll(second);
+
+    QCOMPARE(m_protocol->name(), QStringLiteral("TestProtocol"));
+    QCOMPARE(m_protocol->category(), QStringList({"Test", "Rows"}));
+    QCOMPARE(m_protocol->summaryFile(), package->path + QStringLiteral("/testprotocol.html"));
+    // The request carries the protocol's name as its type unless told.
+    QCOMPARE(request(m_protocol, {}, "m")->type, QStringLiteral("TestProtocol"));
+}
+
+void tst_ProtocolAllocation::messageCheck_data()
+{
+    QTest::addColumn<QStringList>("rows");
+    QTest::addColumn<bool>("valid");
+    QTest::newRow("no row") << QStringList() << true;
+    QTest::newRow("whole rows")
+        << QStringList{"Q0_LANE0 Q0_QPLL0 Q0_REFCLK0 100 5 0 0",
+                       "Q0_LANE1 Q0_QPLL0 Q0_REFCLK0 100 5 0 0 REFMUX0"}
+        << true;
+    QTest::newRow("one field short") << QStringList{"Q0_LANE0 Q0_QPLL0 Q0_REFCLK0 100 5 0"}
+                                     << false;
+}
+
+void tst_ProtocolAllocation::messageCheck()
+{
+    QFETCH(QStringList, rows);
+    QFETCH(bool, valid);
+    auto msg = request(m_protocol, rows, "m");
+    serdes *model = freshModel(T880K);
+    QString err;
+    if (valid) {
+        QVERIFY(msg->check());
+        return;
+    }
+    QTest::ignoreMessage(QtCriticalMsg, "List size not equal");
+    QVERIFY(!msg->check());
+
+    // Refused either way, and the release says so by its result alone.
+    QTest::ignoreMessage(QtCriticalMsg, "List size not equal");
+    QVERIFY(!model->addItem(msg.get(), err));
+    QCOMPARE(err, QStringLiteral("check error"));
+    err.clear();
+    QTest::ignoreMessage(QtCriticalMsg, "List size not equal");
+    QVERIFY(!model->deleteItem(msg.get(), err));
+    QCOMPARE(err, QString());
+    QCOMPARE(held(model), QString());
+}
+
+void tst_ProtocolAllocation::requests_data()
+{
+    QTest::addColumn<QString>("device");
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QStringList>("rows");
+    QTest::addColumn<QString>("err");
+    QTest::addColumn<QString>("critical");
+    QTest::addColumn<QString>("held");
+    QTest::addColumn<QString>("routes");
+
+    // Rows: LANE PLL REF FREQ RATE RXRATE TXRATE [OPTION].
+    QTest::newRow("880k tx line")
+        << T880K << QString() << QStringList{"Q0_LANE0_TX Q0_QPLL0 Q0_REFCLK0 156.25 0 0 10.3125"}
+        << "" << ""
+        << "Q0_LANE0_TX=1:10.3125:Q0_QPLL0 Q0_MUX0=1@0 Q0_QPLL0=1@0 Q0_REFCLK0=1:156.25"
+        << "Q0_LANE0_TX>Q0_QPLL0>Q0_MUX0>Q0_REFCLK0";
+    // A direct hit beats a descent: Q0_MUX0 sees REFCLK1 at select 3.
+    QTest::newRow("880k rx line, pll dropped")
+        << T880K << QString() << QStringList{"Q0_LANE1_RX Q0_QPLL1 Q0_REFCLK1 125 0 5 0"} << ""
+        << "" << "Q0_LANE1_RX=1:5:Q0_MUX0 Q0_MUX0=1@3 Q0_REFCLK1=1:125"
+        << "Q0_LANE1_RX>Q0_MUX0>Q0_REFCLK1";
+    QTest::newRow("880k lane across the bridge")
+        << T880K << QString() << QStringList{"Q1_LANE0 Q1_QPLL0 Q0_REFCLK0 100 5 2 3"} << ""
+        << ""
+        << "MUX_Q0_TO_Q1=2@0/0 Q0_REFCLK0=2:100 Q1_LANE0_RX=1:5:Q1_MUX0 "
+           "Q1_LANE0_TX=1:5:Q1_QPLL0 Q1_MUX0=2@1 Q1_QPLL0=1@0"
+        << "Q1_LANE0_RX>Q1_MUX0>MUX_Q0_TO_Q1>Q0_REFCLK0 "
+           "Q1_LANE0_TX>Q1_QPLL0>Q1_MUX0>MUX_Q0_TO_Q1>Q0_REFCLK0";
+    QTest::newRow("880k lane rate 0: own rates")
+        << T880K << QString() << QStringList{"Q0_LANE2 Q0_CPLL2 Q0_REFCLK1 100 0 2 3"} << ""
+        << ""
+        << "Q0_CPLL2=1@0 Q0_LANE2_RX=1:2:Q0_MUX0 Q0_LANE2_TX=1:3:Q0_CPLL2 Q0_MUX0=2@3 "
+           "Q0_REFCLK1=2:100"
+        << "Q0_LANE2_RX>Q0_MUX0>Q0_REFCLK1 Q0_LANE2_TX>Q0_CPLL2>Q0_MUX0>Q0_REFCLK1";
+    QTest::newRow("880k lane over a mux option")
+        << T880K << QString() << QStringList{"Q0_LANE3 Q0_QPLL1 Q0_REFCLK0 100 5 0 0 REFMUX1"}
+        << "" << ""
+        << "Q0_LANE3_RX=1:5:Q0_MUX1 Q0_LANE3_TX=1:5:Q0_QPLL1 Q0_MUX1=2@3 Q0_QPLL1=1@1 "
+           "Q0_REFCLK0=2:100"
+        << "Q0_LANE3_RX>Q0_MUX1>Q0_REFCLK0 Q0_LANE3_TX>Q0_QPLL1>Q0_MUX1>Q0_REFCLK0";
+    QTest::newRow("370k tx line from a fabric clock")
+        << T370K << QString() << QStringList{"Q0_LANE0_TX Q0_QPLL0 Q0_GPIO1 100 0 0 5"} << ""
+        << "" << "Q0_GPIO1=1:100 Q0_LANE0_TX=1:5:Q0_QPLL0 Q0_MUX0=1@1 Q0_QPLL0=1@0"
+        << "Q0_LANE0_TX>Q0_QPLL0>Q0_MUX0>Q0_GPIO1";
+    QTest::newRow("90k pll select reaches the fabric clock")
+        << T90K << QString() << QStringList{"Q0_LANE0_TX Q0_CPLL0 Q0_GPIO 100 0 0 5"} << ""
+        << "" << "Q0_CPLL0=1@2 Q0_GPIO=1:100 Q0_LANE0_TX=1:5:Q0_CPLL0"
+        << "Q0_LANE0_TX>Q0_CPLL0>Q0_GPIO";
+    QTest::newRow("90k rx line clocked directly")
+        << T90K << QString() << QStringList{"Q0_LANE1_RX 0 Q0_MCLK 50 0 5 0"} << "" << ""
+        << "Q0_LANE1_RX=1:5:Q0_MCLK Q0_MCLK=1:50" << "Q0_LANE1_RX>Q0_MCLK";
+    QTest::newRow("bcdr lane hangs rx on the pll")
+        << T880K << "BCDR" << QStringList{"Q0_LANE0 Q0_QPLL0 Q0_REFCLK0 100 5 0 0"} << "" << ""
+        << "Q0_LANE0_RX=1:5:Q0_QPLL0 Q0_LANE0_TX=1:5:Q0_QPLL0 Q0_MUX0=2@0 Q0_QPLL0=2@0 "
+           "Q0_REFCLK0=2:100"
+        << "Q0_LANE0_RX>Q0_QPLL0>Q0_MUX0>Q0_REFCLK0 Q0_LANE0_TX>Q0_QPLL0>Q0_MUX0>Q0_REFCLK0";
+
+    // Refusals keep what was placed up to the refusal.
+    QTest::newRow("frequency conflict")
+        << T880K << QString()
+        << QStringList{"Q0_LANE0_TX Q0_QPLL0 Q0_REFCLK0 100 0 0 5",
+                       "Q0_LANE1_TX Q0_QPLL0 Q0_REFCLK0 125 0 0 5"}
+        << "frequence set error" << ""
+        << "Q0_LANE0_TX=1:5:Q0_QPLL0 Q0_LANE1_TX=1:5:Q0_QPLL0 Q0_MUX0=1@0 Q0_QPLL0=1@0 "
+           "Q0_REFCLK0=1:100"
+        << "Q0_LANE0_TX>Q0_QPLL0>Q0_MUX0>Q0_REFCLK0";
+    QTest::newRow("held pll refuses another source")
+        << T880K << QString()
+        << QStringList{"Q0_LANE0_TX Q0_QPLL0 Q0_REFCLK0 100 0 0 5",
+                       "Q0_LANE1_TX Q0_QPLL0 Q0_REFCLK1 100 0 0 5"}
+        << "tx route error" << ""
+        << "Q0_LANE0_TX=1:5:Q0_QPLL0 Q0_LANE1_TX=1:5:Q0_QPLL0 Q0_MUX0=1@0 Q0_QPLL0=1@0 "
+           "Q0_REFCLK0=1:100 Q0_REFCLK1=1:100"
+        << "Q0_LANE0_TX>Q0_QPLL0>Q0_MUX0>Q0_REFCLK0";
+    QTest::newRow("option names a mux held elsewhere")
+        << T880K << QString()
+        << QStringList{"Q0_LANE0_RX 0 Q0_REFCLK0 100 0 5 0",
+                       "Q0_LANE1_RX 0 Q0_REFCLK1 100 0 5 0 REFMUX0"}
+        << "rx route error" << ""
+        << "Q0_LANE0_RX=1:5:Q0_MUX0 Q0_LANE1_RX=1:5:Q0_MUX0 Q0_MUX0=1@0 Q0_REFCLK0=1:100 "
+           "Q0_REFCLK1=1:100"
+        << "Q0_LANE0_RX>Q0_MUX0>Q0_REFCLK0";
+    QTest::newRow("bcdr rx line without a pll")
+        << T880K << "BCDR" << QStringList{"Q0_LANE0_RX 0 Q0_REFCLK0 100 0 5 0"}
+        << "rx route error" << "" << "Q0_LANE0_RX=1:5: Q0_REFCLK0=1:100" << "";
+    QTest::newRow("no such lane")
+        << T370K << QString() << QStringList{"Q1_LANE0_TX Q1_QPLL0 Q1_REFCLK0 100 0 0 5"} << ""
+        << "Lane name Error : \"Q1_LANE0_TX\"" << "" << "";
+    QTest::newRow("no such source")
+        << T880K << QString() << QStringList{"Q0_LANE0_TX Q0_QPLL0 Q0_REFCLK3 100 0 0 5"} << ""
+        << "refs name error" << "" << "";
+}
+
+void tst_ProtocolAllocation::requests()
+{
+    QFETCH(QString, device);
+    QFETCH(QString, type);
+    QFETCH(QStringList, rows);
+    QFETCH(QString, err);
+    QFETCH(QString, critical);
+    QFETCH(QString, held);
+    QFETCH(QString, routes);
+
+    serdes *model = freshModel(device);
+    auto msg = request(m_protocol, rows, "inst", type);
+    QString words;
+    if (!critical.isEmpty())
+        QTest::ignoreMessage(QtCriticalMsg, qPrintable(critical));
+    const bool accepted = model->addItem(msg.get(), words);
+    QCOMPARE(accepted, err.isEmpty() && critical.isEmpty());
+    QCOMPARE(words, err);
+    QCOMPARE(protocolclient::held(model), held);
+    QCOMPARE(protocolclient::routes(model), routes);
+    QCOMPARE(model->moduleNames, accepted ? QStringList("inst") : QStringList());
+    QCOMPARE(model->fileNames, accepted ? QStringList("inst_file") : QStringList());
+    if (!accepted)
+        return;
+
+    QVERIFY(model->deleteItem(msg.get(), words));
+    QCOMPARE(words, QString());
+    QCOMPARE(protocolclient::held(model), QString());
+    QCOMPARE(protocolclient::routes(model), QString());
+    QCOMPARE(model->moduleNames, QStringList());
+    QCOMPARE(model->fileNames, QStringList());
+}
+
+void tst_ProtocolAllocation::wholeLaneHoldsSourceTwice()
+{
+    serdes *model = freshModel(T880K);
+    auto lane = request(m_protocol, {"Q0_LANE0 Q0_QPLL0 Q0_REFCLK0 100 5 0 0"}, "a");
+    auto line = request(m_protocol, {"Q0_LANE1_TX Q0_QPLL0 Q0_REFCLK0 100 0 0 5"}, "b");
+    QString err;
+    QVERIFY(model->addItem(lane.get(), err));
+    QVERIFY(model->addItem(line.get(), err));
+    QCOMPARE(model->FormStringToREFSPtr("Q0_REFCLK0")->count, 3);
+
+    // Released without its reference source, a row gives back lines and routes.
+    model->resetLane(QStringLiteral("Q0_LANE1_TX"), false);
+    QCOMPARE(model->FormStringToREFSPtr("Q0_REFCLK0")->count, 3);
+    QCOMPARE(routes(model), QStringLiteral("Q0_LANE0_RX>Q0_MUX0>Q0_REFCLK0 "
+                                           "Q0_LANE0_TX>Q0_QPLL0>Q0_MUX0>Q0_REFCLK0"));
+    QVERIFY(model->deleteItem(lane.get(), err));
+    QCOMPARE(held(model), QStringLiteral("Q0_REFCLK0=1:100"));
+    QCOMPARE(model->moduleNames, QStringList("b"));
+}
+
+void tst_ProtocolAllocation::pllSharing()
+{
+    serdes *model = freshModel(T880K);
+    QString err;
+    const QList<std::shared_ptr<Message>> requests{
+        request(m_protocol, {"Q0_LANE0 Q0_QPLL0 Q0_REFCLK0 156.25 10.3125 0 0"}, "a"),
+        request(m_protocol, {"Q0_LANE1_TX Q0_CPLL1 Q0_REFCLK1 125 0 0 6.25"}, "b"),
+        request(m_protocol,
+                {"Q0_LANE2_RX Q0_QPLL1 Q0_REFCLK1 125 0 8 0",
+                 "Q0_LANE2_TX Q0_QPLL0 Q0_REFCLK0 156.25 0 0 10.3125"},
+                "c", "BCDR"),
+        request(m_protocol, {"Q1_LANE0_TX Q1_QPLL0 Q0_REFCLK0 156.25 0 0 10.3125"}, "d"),
+    };
+    for (const auto &msg : requests)
+        QVERIFY2(model->addItem(msg.get(), err), qPrintable(err));
+
+    QCOMPARE(model->occupiedLanes(), QStringList({"Q0 Lane0", "Q0 Lane1", "Q0 Lane2", "Q1 Lane0"}));
+    QCOMPARE(model->notOccupiedLanes(),
+             QStringList({"Q0 Lane3", "Q1 Lane1", "Q1 Lane2", "Q1 Lane3"}));
+
+    // Only quad PLLs are offered, and only at exactly the same rate.
+    QCOMPARE(model->checkPLLforQuad0(10.3125), QStringList("QPLL0"));
+    QCOMPARE(model->checkPLLforQuad0(8), QStringList("QPLL1"));
+    QCOMPARE(model->checkPLLforQuad0(6.25), QStringList());
+    QCOMPARE(model->checkPLLforQuad0(10.31251), QStringList());
+    QCOMPARE(model->checkPLLforQuad1(10.3125), QStringList("QPLL0"));
+
+    QMap<QString, QVariant> qpll0 = model->getMessageByPLL(QStringLiteral("Q0_QPLL0"));
+    QCOMPARE(qpll0.keys(), QStringList({"Reference_Clock_Frequency", "Reference_Clock_Source",
+                                        "TX_Line_Rate"}));
+    QCOMPARE(qpll0.value("Reference_Clock_Source").toString(), QStringLiteral("Q0 REFCLK0"));
+    QCOMPARE(qpll0.value("Reference_Clock_Frequency").toDouble(), 156.25);
+    QCOMPARE(qpll0.value("TX_Line_Rate").toDouble(), 10.3125);
+    QMap<QString, QVariant> qpll1 = model->getMessageByPLL(QStringLiteral("Q0_QPLL1"));
+    QCOMPARE(qpll1.value("Reference_Clock_Source").toString(), QStringLiteral("Q0 REFCLK1"));
+    QCOMPARE(qpll1.value("RX_Line_Rate").toDouble(), 8.0);
+    QVERIFY(!qpll1.contains("TX_Line_Rate"));
+    QVERIFY(model->getMessageByPLL(QStringLiteral("Q1_QPLL1")).isEmpty());
+
+    QVERIFY(model->checkPllEnable(QStringLiteral("Q0_QPLL1")));
+    QVERIFY(!model->checkPllEnable(QStringLiteral("Q1_QPLL1")));
+    QVERIFY(!model->checkPllEnable(QStringLiteral("Q0_MUX0")));
+
+    // The RX line's PLL is asked first; a lane whose RX PLL leads elsewhere
+    // is answered by its TX PLL. Three steps, over the bridge, is too deep.
+    QCOMPARE(model->getMuxSelofPll(QStringLiteral("Q0_LANE2"), QStringLiteral("Q0_REFCLK1")), 1);
+    QCOMPARE(model->getMuxSelofPll(QStringLiteral("Q0_LANE2"), QStringLiteral("Q0_REFCLK0")), 0);
+    QCOMPARE(model->getMuxSelofPll(QStringLiteral("Q0_LANE0"), QStringLiteral("Q0_REFCLK0")), 0);
+    QCOMPARE(model->getMuxSelofPll(QStringLiteral("Q1_LANE0"), QStringLiteral("Q0_REFCLK0")), -1);
+    QCOMPARE(model->getMuxSelofPll(QStringLiteral("Q0_LANE3"), QStringLiteral("Q0_REFCLK0")), -1);
+    QTest::ignoreMessage(QtCriticalMsg, "null Lane");
+    QCOMPARE(model->getMuxSelofPll(QStringLiteral("Q0_LANE2_TX"), QStringLiteral("Q0_REFCLK0")),
+             -1);
+
+    // A one-quad device has no second quad to offer.
+    model = freshModel(T90K);
+    QCOMPARE(model->checkPLLforQuad1(10.3125), QStringList());
+    QCOMPARE(model->notOccupiedLanes(),
+             QStringList({"Q0 Lane0", "Q0 Lane1", "Q0 Lane2", "Q0 Lane3"}));
+}
+
+QTEST_GUILESS_MAIN(tst_ProtocolAllocation)
+#include "tst_protocolallocation.moc"
