@@ -7,7 +7,8 @@
 #   scripts/install-deps.sh --desktop  also what screenshots under Xvfb need
 set -euo pipefail
 
-packages=(build-essential cmake qtbase5-dev libqt5webkit5-dev)
+packages=(build-essential cmake qtbase5-dev libqt5svg5-dev libqt5webkit5-dev
+          libtomlplusplus-dev libbenchmark-dev iverilog yosys)
 if [[ "${1:-}" == "--desktop" ]]; then
     packages+=(xvfb xauth x11-apps imagemagick fonts-dejavu-core)
 fi

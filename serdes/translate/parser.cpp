@@ -2,6 +2,7 @@
 
 #include "translate/parser.h"
 
+#include "model/topology.h"
 #include "translate/parsertables.h"
 
 #include <QSet>
@@ -11,6 +12,7 @@
 
 namespace IPSERDESIP {
 
+using parsertables::DeviceLine;
 using parsertables::Family;
 using parsertables::Line;
 using parsertables::MasterSelect;
@@ -24,28 +26,6 @@ using parsertables::ValueRule;
 namespace {
 
 parser *p = nullptr;
-
-// Part family strings of the two smaller tiers, "/"-joined and compared whole
-// and case-sensitively. Every other string, unknown ones included, is 880k.
-const char DEVICES_370K[] = "RK9C-370D/RK9C-370Q";
-const char DEVICES_90K[] = "RK9C-90F/RK9MC-90F/RK9MC-90D/RK9C-90D/RK9LC-90F/RK9LMC-90F";
-
-struct DeviceLine
-{
-    const char *parts;
-    const char *line;
-};
-
-// The name under which the register compiler knows a part. A part in none of
-// these lists gets no device line.
-constexpr DeviceLine DEVICE_LINES[] = {
-    {"RK9C-370D/RK9C-370Q", "device = \"RK9C-370\""},
-    {"RK9C-880D/RK9C-880E", "device = \"RK9C-880\""},
-    {"RK9PC-880D/RK9PC-880E", "device = \"RK9PC-880\""},
-    {"RK9C-440D/RK9C-440E", "device = \"RK9C-440\""},
-    {"RK9C-90F/RK9C-90D/RK9LC-90F/RK9LMC-90F", "device = \"RK9C-90\""},
-    {"RK9MC-90F/RK9MC-90D", "device = \"RK9MC-90\""},
-};
 
 const char CONVER_ERROR[] = "can no conver param: %1";
 
@@ -176,15 +156,19 @@ void parser::destory()
 void parser::initialize(const QString &device)
 {
     deviceName = device;
-    if (listHolds(DEVICES_370K, device)) {
+    // The tables follow the same part lists as the clock network, so that a
+    // part never gets the tables of one tier and the network of another.
+    switch (topology::tierOf(device)) {
+    case topology::Tier::T370k:
         initConverMap_370k();
         initDefaultMap_370k();
         return;
-    }
-    if (listHolds(DEVICES_90K, device)) {
+    case topology::Tier::T90k:
         initConverMap_90k();
         initDefaultMap_90k();
         return;
+    case topology::Tier::T880k:
+        break;
     }
     initConverMap_880k();
     initDefaultMap_880k();
@@ -192,45 +176,71 @@ void parser::initialize(const QString &device)
 
 QStringList parser::converIniToToml(const QStringList &iniLines, QStringList &errors)
 {
-    QStringList lines = iniLines;
+    const auto report = [&errors](const QString &line) {
+        const QString error = QString::fromLatin1(CONVER_ERROR).arg(line);
+        qCritical("%s", qPrintable(error));
+        errors.append(error);
+    };
+
     QSet<QString> given;
     for (const QString &line : iniLines)
         given.insert(line.left(line.indexOf(QLatin1Char(' '))));
-    for (auto it = defaultMap.cbegin(); it != defaultMap.cend(); ++it) {
-        if (!given.contains(it.key()))
-            lines.append(it.key() + QLatin1Char(' ') + it.value());
-    }
 
     QStringList result;
-    result.reserve(lines.size() + 1);
-    for (const DeviceLine &device : DEVICE_LINES) {
+    result.reserve(iniLines.size() + defaultMap.size() + 1);
+    for (const DeviceLine &device : parsertables::DEVICE_LINES) {
         if (listHolds(device.parts, deviceName)) {
             result.append(QLatin1String(device.line));
             break;
         }
     }
 
-    for (const QString &line : qAsConst(lines)) {
-        const auto row = converMap.constFind(line);
-        if (row != converMap.cend()) {
-            result.append(row.value());
-            continue;
-        }
-        // Blanks beyond the first two parts cut the value off; a missing value
-        // counts as empty.
-        const QVector<QStringRef> parts = line.splitRef(QLatin1Char(' '));
-        const QString converted
-            = parameterConver(parts.at(0).toString(), parts.value(1).toString());
-        if (converted.isEmpty()) {
-            const QString error = QString::fromLatin1(CONVER_ERROR).arg(line);
-            qCritical("%s", qPrintable(error));
-            errors.append(error);
-        }
-        // An empty line keeps the place of the one that failed; the writer
-        // drops it.
+    // An empty line keeps the place of one that failed; the writer drops it.
+    for (const QString &line : iniLines) {
+        const QString converted = translate(line);
+        if (converted.isEmpty())
+            report(line);
         result.append(converted);
     }
+    // Defaults stand behind the given lines, in name order; a given name
+    // suppresses its default whatever its value.
+    for (const TranslatedDefault &row : translatedDefaults()) {
+        if (given.contains(row.name))
+            continue;
+        if (row.translated.isEmpty())
+            report(row.name + QLatin1Char(' ') + defaultMap.value(row.name));
+        result.append(row.translated);
+    }
     return result;
+}
+
+QString parser::translate(const QString &line) const
+{
+    const auto row = converMap.constFind(line);
+    if (row != converMap.cend())
+        return row.value();
+    // Blanks beyond the first two parts cut the value off; a missing value
+    // counts as empty.
+    const QVector<QStringRef> parts = line.splitRef(QLatin1Char(' '));
+    return parameterConver(parts.at(0).toString(), parts.value(1).toString());
+}
+
+const QVector<parser::TranslatedDefault> &parser::translatedDefaults()
+{
+    if (!m_defaultsTranslated) {
+        m_translatedDefaults.clear();
+        m_translatedDefaults.reserve(defaultMap.size());
+        for (auto it = defaultMap.cbegin(); it != defaultMap.cend(); ++it)
+            m_translatedDefaults.append(
+                {it.key(), translate(it.key() + QLatin1Char(' ') + it.value())});
+        m_defaultsTranslated = true;
+    }
+    return m_translatedDefaults;
+}
+
+void parser::tablesChanged()
+{
+    m_defaultsTranslated = false;
 }
 
 QString parser::parameterConver(const QString &name, const QString &value) const
@@ -253,27 +263,33 @@ QString parser::parameterConver(const QString &name, const QString &value) const
 
     for (const Rule &rule : parsertables::RULES) {
         const QLatin1String ruleName(rule.name);
-        QString section;
+        QString line;
         switch (rule.scope) {
         case RuleScope::Lane:
             if (lane < 0 || lane >= LANES_PER_QUAD || quad < 0 || quad >= rule.quads
                 || laneRest != ruleName)
                 continue;
-            section = QStringLiteral("[q%1.ln%2]").arg(quad).arg(lane);
+            line = QLatin1String("[q") + name.at(1) + QLatin1String(".ln") + name.at(5)
+                   + QLatin1Char(']');
             break;
         case RuleScope::Quad:
             if (quad < 0 || quad >= rule.quads || quadRest != ruleName)
                 continue;
-            section = QStringLiteral("[q%1]").arg(quad);
+            line = QLatin1String("[q") + name.at(1) + QLatin1Char(']');
             break;
         case RuleScope::Chip:
             if (name != ruleName)
                 continue;
-            section = QStringLiteral("[q0]");
+            line = QStringLiteral("[q0]");
             break;
         }
-        return section + QLatin1Char('.') + QLatin1String(rule.field) + QLatin1Char(' ')
-               + QString::fromLatin1(rule.value).arg(applyRule(rule.rule, value));
+        // The template holds "%1" once; the value goes in as it stands.
+        const QLatin1String pattern(rule.value);
+        const int at = pattern.indexOf(QLatin1String("%1"));
+        line += QLatin1Char('.') + QLatin1String(rule.field) + QLatin1Char(' ');
+        if (at < 0)
+            return line + pattern;
+        return line + pattern.left(at) + applyRule(rule.rule, value) + pattern.mid(at + 2);
     }
     return QString();
 }
@@ -281,31 +297,37 @@ QString parser::parameterConver(const QString &name, const QString &value) const
 void parser::initConverMap_880k()
 {
     addConverRows(converMap, parsertables::TABLES_880K);
+    tablesChanged();
 }
 
 void parser::initConverMap_370k()
 {
     addConverRows(converMap, parsertables::TABLES_370K);
+    tablesChanged();
 }
 
 void parser::initConverMap_90k()
 {
     addConverRows(converMap, parsertables::TABLES_90K);
+    tablesChanged();
 }
 
 void parser::initDefaultMap_880k()
 {
     addDefaultRows(defaultMap, parsertables::TABLES_880K);
+    tablesChanged();
 }
 
 void parser::initDefaultMap_370k()
 {
     addDefaultRows(defaultMap, parsertables::TABLES_370K);
+    tablesChanged();
 }
 
 void parser::initDefaultMap_90k()
 {
     addDefaultRows(defaultMap, parsertables::TABLES_90K);
+    tablesChanged();
 }
 
 } // namespace IPSERDESIP

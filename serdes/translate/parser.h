@@ -6,6 +6,7 @@
 #include <QMap>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 namespace IPSERDESIP {
 
@@ -51,9 +52,25 @@ private:
     parser(const parser &) = delete;
     parser &operator=(const parser &) = delete;
 
+    // A default's device line, or an empty one where it has no translation.
+    struct TranslatedDefault
+    {
+        QString name;
+        QString translated;
+    };
+
+    // The translation of one whole line; empty when there is none.
+    QString translate(const QString &line) const;
+    // Every default translated, in the order of defaultMap. Made once per
+    // table load, since every design repeats most of them.
+    const QVector<TranslatedDefault> &translatedDefaults();
+    void tablesChanged();
+
     QMap<QString, QString> defaultMap;
     QMap<QString, QString> converMap;
     QString deviceName;
+    QVector<TranslatedDefault> m_translatedDefaults;
+    bool m_defaultsTranslated = false;
 };
 
 } // namespace IPSERDESIP

@@ -133,5 +133,16 @@ struct Rule
 
 extern const Rows<Rule> RULES;
 
+// The name under which the register compiler knows a part: the parts, "/"-joined
+// and compared whole, and the device line they get.
+struct DeviceLine
+{
+    const char *parts;
+    const char *line;
+};
+
+// Tested in order; a part in none of the rows gets no device line.
+extern const Rows<DeviceLine> DEVICE_LINES;
+
 } // namespace parsertables
 } // namespace IPSERDESIP

@@ -1,0 +1,412 @@
+// SPDX-License-Identifier: MIT
+
+#include "translate/generator.h"
+
+#include "model/serdes.h"
+#include "plugin/serdesipconstants.h"
+#include "translate/parser.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStringMatcher>
+#include <QVector>
+#include <QtDebug>
+
+#include <array>
+#include <memory>
+
+namespace IPSERDESIP {
+
+namespace {
+
+// The parameter file of a register build lies in the working directory, where
+// the compiler, started there too, finds it by this relative name.
+const char TOML_FILE[] = "serdes_tmp.toml";
+const char WRITE_ERROR[] = "%1:\nFailed to write file.";
+const char TOOL_MISSING[] = "Can not find %1, please check your installation.";
+
+// The compiler gets this long; what it has not finished by then counts as
+// done, and the page's check that the register file exists is what remains.
+constexpr int TOOL_TIMEOUT_MS = 30000;
+
+// The device lines that select the smaller tiers' compilers; every other
+// part, and a part without a device line, is built as 880k.
+const char DEVICE_370K[] = "device = \"RK9C-370\"";
+const char DEVICE_90K[] = "device = \"RK9C-90\"";
+const char DEVICE_MC_90K[] = "device = \"RK9MC-90\"";
+
+const std::array<const char *, 10> SECTIONS_880K = {
+    "[q0]",     "[q1]",     "[q0.ln0]", "[q0.ln1]", "[q0.ln2]",
+    "[q0.ln3]", "[q1.ln0]", "[q1.ln1]", "[q1.ln2]", "[q1.ln3]",
+};
+const std::array<const char *, 5> SECTIONS_ONE_QUAD = {
+    "[q0]", "[q0.ln0]", "[q0.ln1]", "[q0.ln2]", "[q0.ln3]",
+};
+
+// The lanes whose main equaliser tap is computed, in order: q0's, then q1's.
+QStringList lanesOf(int quads)
+{
+    QStringList lanes;
+    for (int q = 0; q < quads; ++q) {
+        for (int m = 0; m < 4; ++m)
+            lanes.append(QStringLiteral("[q%1.ln%2]").arg(q).arg(m));
+    }
+    return lanes;
+}
+
+enum class Tier { T880k, T370k, T90k };
+
+Tier tierOfLines(const QStringList &lines, bool with90k)
+{
+    for (const QString &line : lines) {
+        if (line == QLatin1String(DEVICE_370K))
+            return Tier::T370k;
+    }
+    if (!with90k)
+        return Tier::T880k;
+    for (const QString &line : lines) {
+        if (line == QLatin1String(DEVICE_90K) || line == QLatin1String(DEVICE_MC_90K))
+            return Tier::T90k;
+    }
+    return Tier::T880k;
+}
+
+// The integer from a line's first blank on; 0 when there is none to read.
+int valueOf(const QString &line)
+{
+    const int blank = line.indexOf(QLatin1Char(' '));
+    return blank < 0 ? 0 : line.midRef(blank).trimmed().toInt();
+}
+
+// TX_FFE for each lane in turn, in one pass over the lines. The line added
+// for one lane names no other, so no lane sees another's, and the result is
+// that of one call per lane.
+void completeFfe(QStringList &lines, const QStringList &lanes)
+{
+    struct Taps
+    {
+        bool c0 = false;
+        bool cmFound = false;
+        bool c1Found = false;
+        int cm = 0;
+        int c1 = 0;
+    };
+    QVector<Taps> taps(lanes.size());
+    // Each name the lanes are looked for under ends in this stem, followed by
+    // "0", "m" or "1"; a line without the stem holds none of them.
+    static const QStringMatcher stem(QStringLiteral(".ffe_c"));
+    constexpr int STEM_SIZE = 6;
+    for (const QString &line : qAsConst(lines)) {
+        for (int at = stem.indexIn(line); at >= 0; at = stem.indexIn(line, at + 1)) {
+            if (at + STEM_SIZE >= line.size())
+                break;
+            const QChar tap = line.at(at + STEM_SIZE);
+            for (int i = 0; i < lanes.size(); ++i) {
+                const QString &lane = lanes.at(i);
+                if (at < lane.size() || line.midRef(at - lane.size(), lane.size()) != lane)
+                    continue;
+                Taps &lineTaps = taps[i];
+                if (tap == QLatin1Char('0')) {
+                    lineTaps.c0 = true;
+                } else if (tap == QLatin1Char('m') && !lineTaps.cmFound) {
+                    lineTaps.cmFound = true;
+                    lineTaps.cm = valueOf(line);
+                } else if (tap == QLatin1Char('1') && !lineTaps.c1Found) {
+                    lineTaps.c1Found = true;
+                    lineTaps.c1 = valueOf(line);
+                }
+            }
+        }
+    }
+    for (int i = 0; i < lanes.size(); ++i) {
+        const Taps &lane = taps.at(i);
+        // Every lane of a tier has both taps among its defaults; only a lane
+        // that the tier lacks comes without them, and is left alone.
+        if (lane.c0 || !lane.cmFound || !lane.c1Found)
+            continue;
+        lines.append(lanes.at(i) + QLatin1String(".ffe_c0 ")
+                     + QString::number(40 - lane.cm - lane.c1));
+    }
+}
+
+// Appends `part` in UTF-8 with every blank made " = ".
+void appendEntry(QByteArray &out, const QStringRef &part)
+{
+    const int start = out.size();
+    out.resize(start + 3 * part.size());
+    char *end = out.data() + start;
+    for (const QChar c : part) {
+        const ushort code = c.unicode();
+        if (code >= 0x80) {
+            out.resize(start);
+            out += part.toString().replace(QLatin1Char(' '), QLatin1String(" = ")).toUtf8();
+            return;
+        }
+        if (code == ' ') {
+            *end++ = ' ';
+            *end++ = '=';
+            *end++ = ' ';
+        } else {
+            *end++ = char(code);
+        }
+    }
+    out.resize(int(end - out.constData()));
+}
+
+int joinerAt(const QString &line)
+{
+    static_assert(sizeof(PARAMERTER_SPLIT) == 3, "the joiner is two characters");
+    const QChar amp = QLatin1Char(PARAMERTER_SPLIT[0]);
+    for (int at = line.indexOf(amp); at >= 0 && at + 1 < line.size();
+         at = line.indexOf(amp, at + 1)) {
+        if (line.at(at + 1) == QLatin1Char(PARAMERTER_SPLIT[1]))
+            return at;
+    }
+    return -1;
+}
+
+template<std::size_t N>
+bool writeToml(const QString &path, const QStringList &lines,
+               const std::array<const char *, N> &sections, QStringList &errList)
+{
+    QString device;
+    std::array<QByteArray, N> bodies;
+    // About what a lane section of every tier holds.
+    for (QByteArray &body : bodies)
+        body.reserve(4096);
+    // Files the part of `line` from `from` to `to` as an entry: its section
+    // prefix cut off and every blank made " = ". A part of a section the tier
+    // lacks, or of none, is dropped. Only the halves of a joined line are
+    // trimmed first.
+    const auto file = [&](const QString &line, int from, int to, bool trim) {
+        while (trim && from < to && line.at(from).isSpace())
+            ++from;
+        while (trim && to > from && line.at(to - 1).isSpace())
+            --to;
+        // A header ends at its only "]", so the part's first "]" tells which
+        // header it can begin with.
+        const int close = line.indexOf(QLatin1Char(']'), from);
+        if (close < 0 || close + 1 >= to || line.at(close + 1) != QLatin1Char('.'))
+            return;
+        const QStringRef header = line.midRef(from, close + 1 - from);
+        for (std::size_t i = 0; i < N; ++i) {
+            if (header != QLatin1String(sections[i]))
+                continue;
+            appendEntry(bodies[i], line.midRef(close + 2, to - close - 2));
+            bodies[i] += '\n';
+            return;
+        }
+    };
+    for (const QString &line : lines) {
+        if (line.startsWith(QLatin1String("device ="))) {
+            device = line;
+            continue;
+        }
+        const int join = joinerAt(line);
+        if (join < 0) {
+            file(line, 0, line.size(), false);
+            continue;
+        }
+        file(line, 0, join, true);
+        file(line, join + 2, line.size(), true);
+    }
+
+    QByteArray text = device.toUtf8();
+    int size = text.size() + 64;
+    for (std::size_t i = 0; i < N; ++i)
+        size += bodies[i].size() + 16;
+    text.reserve(size);
+    text += "\n\n[regulator]\nregulator_enable = false\n\n";
+    for (std::size_t i = 0; i < N; ++i) {
+        text += sections[i];
+        text += '\n';
+        text += bodies[i];
+        text += '\n';
+    }
+
+    QFile out(path);
+    if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
+        errList.append(QString::fromLatin1(WRITE_ERROR).arg(QDir::toNativeSeparators(path)));
+        return false;
+    }
+    out.write(text);
+    out.flush();
+    out.close();
+    return true;
+}
+
+} // namespace
+
+void TX_FFE(QStringList &lines, const QString &lane)
+{
+    completeFfe(lines, {lane});
+}
+
+QStringList generator::getErrStringList() const
+{
+    return errList;
+}
+
+bool generator::generateTomlFile(const QStringList &iniLines, const QString &path)
+{
+    errList.clear();
+    QStringList lines = parser::instance()->converIniToToml(iniLines, errList);
+    // A 90k part is written with the sections of 880k here: this file is only
+    // read back for its enable and clock keys, never compiled.
+    const bool is370k = tierOfLines(lines, false) == Tier::T370k;
+    completeFfe(lines, is370k ? lanesOf(1) : lanesOf(2));
+    lines += getSerdesRouteToml();
+    lines += getAdditonalToml();
+    const bool written = is370k ? generateTOML_370k(path, lines) : generateTOML_880k(path, lines);
+    return written && errList.isEmpty();
+}
+
+bool generator::generate(const QStringList &iniLines, const QString &csrPath,
+                         const QStringList &csrLines)
+{
+    errList.clear();
+    QStringList lines = parser::instance()->converIniToToml(iniLines, errList);
+    const Tier tier = tierOfLines(lines, true);
+    completeFfe(lines, lanesOf(tier == Tier::T880k ? 2 : 1));
+    lines += getSerdesRouteToml();
+    lines += getAdditonalToml();
+
+    const QString tomlPath = QString::fromLatin1(TOML_FILE);
+    bool written = false;
+    switch (tier) {
+    case Tier::T370k:
+        written = generateTOML_370k(tomlPath, lines);
+        break;
+    case Tier::T90k:
+        written = generateTOML_90k(tomlPath, lines);
+        break;
+    case Tier::T880k:
+        written = generateTOML_880k(tomlPath, lines);
+        break;
+    }
+    // A file with untranslated parameters stays for the user to read, but is
+    // not compiled, and the register file is left as it was.
+    if (!written || !errList.isEmpty())
+        return false;
+
+    switch (tier) {
+    case Tier::T370k:
+        return generateCSR_370k(tomlPath, csrPath, csrLines);
+    case Tier::T90k:
+        return generateCSR_90k(tomlPath, csrPath, csrLines);
+    case Tier::T880k:
+        break;
+    }
+    return generateCSR_880k(tomlPath, csrPath, csrLines);
+}
+
+QStringList generator::getSerdesRouteToml() const
+{
+    QStringList lines;
+    const QMap<QString, Instance *> elements = serdes::instance()->allInstance();
+    for (Instance *element : elements) {
+        if (auto *mux = dynamic_cast<MUX *>(element)) {
+            lines += mux->tomlParameter();
+        } else if (auto *pll = dynamic_cast<PLL *>(element)) {
+            if (MUX *select = pll->Mux())
+                lines += select->tomlParameter();
+        }
+    }
+    return lines;
+}
+
+QStringList generator::getAdditonalToml() const
+{
+    return {QStringLiteral("[q0].refmux_scheme \"USER_DEFINED\""),
+            QStringLiteral("[q1].refmux_scheme \"USER_DEFINED\"")};
+}
+
+bool generator::generateTOML_880k(const QString &path, const QStringList &lines)
+{
+    return writeToml(path, lines, SECTIONS_880K, errList);
+}
+
+bool generator::generateTOML_370k(const QString &path, const QStringList &lines)
+{
+    return writeToml(path, lines, SECTIONS_ONE_QUAD, errList);
+}
+
+bool generator::generateTOML_90k(const QString &path, const QStringList &lines)
+{
+    return writeToml(path, lines, SECTIONS_ONE_QUAD, errList);
+}
+
+bool generator::generateCSR_880k(const QString &tomlPath, const QString &csrPath,
+                                 const QStringList &csrLines)
+{
+    return generateCSR(APP_SERDES_TOML_TO_CSR_880K, tomlPath, csrPath, csrLines);
+}
+
+bool generator::generateCSR_370k(const QString &tomlPath, const QString &csrPath,
+                                 const QStringList &csrLines)
+{
+    return generateCSR(APP_SERDES_TOML_TO_CSR_370K, tomlPath, csrPath, csrLines);
+}
+
+bool generator::generateCSR_90k(const QString &tomlPath, const QString &csrPath,
+                                const QStringList &csrLines)
+{
+    return generateCSR(APP_SERDES_TOML_TO_CSR_90K, tomlPath, csrPath, csrLines);
+}
+
+bool generator::generateCSR(const char *tool, const QString &tomlPath, const QString &csrPath,
+                            const QStringList &csrLines)
+{
+    const QString program
+        = QCoreApplication::applicationDirPath() + QLatin1Char('/') + QLatin1String(tool);
+    const QString cleaned = QDir::cleanPath(program);
+    if (!QFileInfo::exists(cleaned)) {
+        errList.append(QString::fromLatin1(TOOL_MISSING).arg(QDir::toNativeSeparators(cleaned)));
+        return false;
+    }
+
+    auto process = std::make_unique<QProcess>();
+    process->start(program, {tomlPath, QStringLiteral("-o"), csrPath}, QIODevice::ReadWrite);
+    // Neither a failed start nor the time limit fails the step: both read as
+    // exit code 0. They are told apart here for whoever reads the diagnostics.
+    if (!process->waitForFinished(TOOL_TIMEOUT_MS))
+        qWarning().noquote() << program << "did not finish:" << process->errorString();
+    const int exitCode = process->exitCode();
+    qDebug().noquote() << program << tomlPath << "-o" << csrPath
+                       << QStringLiteral("return %1").arg(exitCode);
+    if (exitCode != 0) {
+        QByteArray report = process->readAllStandardError();
+        const int nul = report.indexOf('\0');
+        if (nul >= 0)
+            report.truncate(nul);
+        const QString text = QString::fromLocal8Bit(report);
+        qCritical("%s", qPrintable(text));
+        // The compiler's own words start at its error marker; what comes
+        // before it is progress output.
+        int from = text.indexOf(QLatin1String("Error"));
+        if (from < 0)
+            from = text.indexOf(QLatin1String("Exception"));
+        errList.append(from < 0 ? text : text.mid(from));
+        return false;
+    }
+    // Ends a compiler still running past the time limit.
+    process.reset();
+
+    QFile csr(csrPath);
+    if (!csr.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text)) {
+        errList.append(QString::fromLatin1(WRITE_ERROR).arg(QDir::toNativeSeparators(csrPath)));
+        return false;
+    }
+    QByteArray text;
+    for (const QString &line : csrLines)
+        text += line.toUtf8() + '\n';
+    csr.write(text);
+    csr.flush();
+    csr.close();
+    return true;
+}
+
+} // namespace IPSERDESIP

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/topology.h"
+
+#include <QStringList>
+
+namespace IPSERDESIP {
+
+// The register compiler's command line for one tier: `args` is the program,
+// the parameter file, "-o" and the output file. Returns the exit code: 0 when
+// the listing was written; otherwise the reasons stand on standard error, each
+// with "Error" in it.
+int runTomlToCsr(topology::Tier tier, const QStringList &args);
+
+} // namespace IPSERDESIP
