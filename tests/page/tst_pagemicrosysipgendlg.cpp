@@ -1,0 +1,486 @@
+// SPDX-License-Identifier: MIT
+//
+// The generator's frame, driven through a derived class as the SerDes page
+// drives it: a new core, an opened configuration file, the help pane and the
+// file options.
+
+#include "modalanswers.h"
+
+#include "model/serdes.h"
+#include "page/microsysipgendlg.h"
+#include "protocol/baseprotocol.h"
+
+#include <core/idecore.h>
+#include <dev/devicedb.h>
+
+#include <QComboBox>
+#include <QDesktopServices>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QWebFrame>
+#include <QWebView>
+#include <QtTest>
+
+namespace {
+
+const char kDeviceWithVersion[] = "RK9C880D-FG1517-3";    // version "B"
+const char kDeviceWithoutVersion[] = "RK9C880D-FG1156-2"; // no version
+
+class Frame : public IPSERDESIP::MicroSysIPGenDlg
+{
+public:
+    Frame() { uiAddWidget(new QWidget); }
+
+    void dialogDidPrepare() override { calls << QStringLiteral("prepare ") + device().id; }
+    void setDevice(QSettings &settings) override
+    {
+        calls << QStringLiteral("device");
+        MicroSysIPGenDlg::setDevice(settings);
+    }
+    bool parseData(const QString &file) override
+    {
+        calls << QStringLiteral("parse ") + QFileInfo(file).fileName();
+        return parseResult;
+    }
+
+    template<typename T>
+    T *widget(const char *name) const
+    {
+        return findChild<T *>(QLatin1String(name));
+    }
+    QString label(const char *name) const { return widget<QLabel>(name)->text(); }
+    QWebView *help() const { return findChild<QWebView *>(); }
+    QString evaluate(const QString &script) const
+    {
+        return help()->page()->mainFrame()->evaluateJavaScript(script).toString();
+    }
+    QString computed(const char *tag, const char *property) const
+    {
+        return evaluate(QStringLiteral("getComputedStyle(document.getElementsByTagName('%1')[0])"
+                                       ".getPropertyValue('%2')")
+                            .arg(QLatin1String(tag), QLatin1String(property)));
+    }
+    bool settled() const { return evaluate("document.readyState") == QLatin1String("complete"); }
+
+    QStringList calls;
+    bool parseResult = true;
+};
+
+// Only its summary page and its device member are used.
+class HelpProtocol : public IPSERDESIP::BaseProtocol
+{
+public:
+    using Args = QMap<QString, QVariant>;
+    Args create(const QString &, const DEV::DeviceArg &) override { return {}; }
+    Args edit(const Args &) override { return {}; }
+    IPSERDESIP::Message *createMessage(const Args &) override { return nullptr; }
+    bool generate(const Args &, QStringList &, QStringList &, QStringList &, QString &,
+                  bool) override
+    {
+        return false;
+    }
+    bool validate(const Args &, QStringList &) const override { return false; }
+    QString id() const override { return QStringLiteral("help"); }
+    QString name() const override { return QStringLiteral("Help"); }
+    QStringList category() const override { return {}; }
+    QString summaryFile() const override { return page; }
+    bool isSupported(const DEV::DeviceArg &) const override { return true; }
+
+    QString page;
+};
+
+bool writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly | QIODevice::Truncate)
+           && file.write(content) == content.size();
+}
+
+} // namespace
+
+class tst_PageMicroSysIPGenDlg : public QObject
+{
+    Q_OBJECT
+
+public slots:
+    void openUrl(const QUrl &url) { m_opened << url; }
+
+private slots:
+    void initTestCase();
+    void cleanup();
+
+    void creating_data();
+    void creating();
+    void opening_data();
+    void opening();
+    void helpStyle_data();
+    void helpStyle();
+    void helpPagesOfTheCore_data();
+    void helpPagesOfTheCore();
+    void helpLinksLeaveThePane();
+    void browse();
+    void checkFileExisting_data();
+    void checkFileExisting();
+    void errorsAndOptions();
+
+private:
+    QString writeIpc(const QMap<QString, QString> &entries);
+
+    DEV::DeviceDb m_db;
+    QTemporaryDir m_tmp;
+    QList<QUrl> m_opened;
+};
+
+void tst_PageMicroSysIPGenDlg::initTestCase()
+{
+    QLocale::setDefault(QLocale::c());
+    QVERIFY(m_tmp.isValid());
+    QString error;
+    QVERIFY2(m_db.load(QStringLiteral(SERDES_STAGE_DIR "/data/devices/devices.json"), &error),
+             qPrintable(error));
+    Core::IdeCore::setDeviceDataBase(&m_db);
+}
+
+void tst_PageMicroSysIPGenDlg::cleanup()
+{
+    IPSERDESIP::serdes::destory();
+}
+
+QString tst_PageMicroSysIPGenDlg::writeIpc(const QMap<QString, QString> &entries)
+{
+    const QString path = m_tmp.filePath(QStringLiteral("core.ipc"));
+    QFile::remove(path);
+    QSettings settings(path, QSettings::IniFormat);
+    for (auto it = entries.cbegin(); it != entries.cend(); ++it)
+        settings.setValue(it.key(), it.value());
+    return path;
+}
+
+void tst_PageMicroSysIPGenDlg::creating_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("device");
+    QTest::addColumn<QString>("createIn");
+
+    QTest::newRow("versioned device") << "/work/D" << kDeviceWithVersion << "/work/D/serdes";
+    QTest::newRow("single version") << "/work/D" << kDeviceWithoutVersion << "/work/D/serdes";
+    QTest::newRow("trailing slash") << "/work/D/" << kDeviceWithVersion << "/work/D/serdes";
+    QTest::newRow("relative") << "work/D" << kDeviceWithVersion << "work/D/serdes";
+}
+
+void tst_PageMicroSysIPGenDlg::creating()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, device);
+    QFETCH(QString, createIn);
+
+    const DEV::DeviceArg arg = m_db.findByID(device);
+    Frame frame;
+    QCOMPARE(frame.size(), QSize(1235, 773));
+    QCOMPARE(frame.label("devLabel"), QStringLiteral("TextLabel"));
+    frame.setCreating(path, arg);
+
+    QCOMPARE(frame.uiCreateIn(), createIn);
+    QCOMPARE(IPSERDESIP::serdes::instance()->workingDir(), createIn);
+    QCOMPARE(frame.fileName(), QStringLiteral("serdes"));
+    QCOMPARE(frame.moduleName(), QStringLiteral("SerDes_Top"));
+    QCOMPARE(frame.calls, QStringList{QStringLiteral("prepare ") + device});
+    QCOMPARE(frame.label("devLabel"), arg.name);
+    QCOMPARE(frame.label("pnLabel"), arg.partNumber);
+    QCOMPARE(frame.label("labelDeviceVersion_2"), arg.version);
+    // An empty version hides both the version and its label.
+    QCOMPARE(frame.widget<QLabel>("labelDeviceVersion")->isHidden(), arg.version.isEmpty());
+    QCOMPARE(frame.widget<QLabel>("labelDeviceVersion_2")->isHidden(), arg.version.isEmpty());
+
+    // The synthesis tool is recorded, but not offered.
+    QCOMPARE(frame.uiSynthesisTool(), QStringLiteral("TarvexSynthesis"));
+    QVERIFY(frame.widget<QComboBox>("synToolComboBox")->isHidden());
+    QVERIFY(frame.widget<QLabel>("language")->isHidden());
+    QCOMPARE(frame.widget<QComboBox>("comboBoxLanguage")->currentText(), QStringLiteral("Verilog"));
+}
+
+void tst_PageMicroSysIPGenDlg::opening_data()
+{
+    using Entries = QMap<QString, QString>;
+    QTest::addColumn<Entries>("entries");
+    QTest::addColumn<QString>("device");
+    QTest::addColumn<bool>("parseResult");
+
+    QTest::newRow("target device")
+        << Entries{{"target_device", kDeviceWithVersion}} << kDeviceWithVersion << true;
+    QTest::newRow("older device group")
+        << Entries{{"device/id", "RK9C880D"}, {"device/package", "FG1156"}, {"device/speed", "2"}}
+        << kDeviceWithoutVersion << true;
+    QTest::newRow("parse fails") << Entries{{"target_device", kDeviceWithVersion}}
+                                 << kDeviceWithVersion << false;
+    // An unknown identifier is not made up for by an older group beside it.
+    QTest::newRow("unknown target device")
+        << Entries{{"target_device", "RK0-NONE"}, {"device/id", "RK9C880D"}} << QString() << true;
+    QTest::newRow("no device group match")
+        << Entries{{"device/id", "RK9C880D"}, {"device/package", "FG9"}} << QString() << true;
+    QTest::newRow("no device at all") << Entries{{"version", "1.2"}} << QString() << true;
+}
+
+void tst_PageMicroSysIPGenDlg::opening()
+{
+    using Entries = QMap<QString, QString>;
+    QFETCH(Entries, entries);
+    QFETCH(QString, device);
+    QFETCH(bool, parseResult);
+
+    Frame frame;
+    frame.parseResult = parseResult;
+    MessageBoxAnswers answers;
+    QCOMPARE(frame.setOpening(m_tmp.path(), writeIpc(entries)), parseResult);
+
+    // The device is known before the model is prepared, the model before
+    // the data is read; a lost device does not stop the opening.
+    QCOMPARE(frame.calls,
+             (QStringList{"device", QStringLiteral("prepare ") + device, "parse core.ipc"}));
+    QCOMPARE(frame.device().id, device);
+    QCOMPARE(frame.uiCreateIn(), m_tmp.path());
+    QCOMPARE(IPSERDESIP::serdes::instance()->workingDir(), m_tmp.path());
+    auto *createIn = frame.widget<QLineEdit>("editCreateIn");
+    QVERIFY(createIn->isReadOnly() && !createIn->isEnabled());
+    QVERIFY(!frame.widget<QPushButton>("btnBrowse")->isEnabled());
+    QVERIFY(frame.widget<QLineEdit>("lineEditFileName")->isEnabled());
+    QVERIFY(frame.widget<QLineEdit>("lineEditModuleName")->isEnabled());
+
+    QCOMPARE(answers.boxes.size(), device.isEmpty() ? 1 : 0);
+    if (device.isEmpty()) {
+        const SeenBox &box = answers.boxes.first();
+        QCOMPARE(box.title, QStringLiteral("Warning"));
+        QCOMPARE(box.text, QStringLiteral("IPC file device information is lost."));
+        QCOMPARE(box.icon, QMessageBox::Warning);
+        QCOMPARE(box.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
+        QVERIFY(box.hasWindowIcon);
+        QCOMPARE(frame.label("devLabel"), QStringLiteral("TextLabel"));
+    } else {
+        QCOMPARE(frame.label("pnLabel"), m_db.findByID(device).partNumber);
+    }
+}
+
+void tst_PageMicroSysIPGenDlg::helpStyle_data()
+{
+    QTest::addColumn<QColor>("base");
+    QTest::addColumn<QString>("tag");
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("light") << QColor(255, 255, 255) << "html"
+                           << "rgb(0, 0, 0)";
+    QTest::newRow("dark") << QColor(30, 32, 36) << "html"
+                          << "rgb(255, 255, 255)";
+    QTest::newRow("just below 100") << QColor(99, 99, 99) << "html"
+                                    << "rgb(255, 255, 255)";
+    QTest::newRow("exactly 100") << QColor(100, 100, 100) << "html"
+                                 << "rgb(0, 0, 0)";
+    // 0.587 * 122 + 0.114 * 249 is 100.0 exactly as well.
+    QTest::newRow("exactly 100, coloured") << QColor(0, 122, 249) << "html"
+                                           << "rgb(0, 0, 0)";
+    QTest::newRow("tag in capitals") << QColor(30, 32, 36) << "HTML" << QString();
+}
+
+void tst_PageMicroSysIPGenDlg::helpStyle()
+{
+    QFETCH(QColor, base);
+    QFETCH(QString, tag);
+    QFETCH(QString, text);
+
+    const QString path = m_tmp.filePath(QStringLiteral("help.html"));
+    QVERIFY(writeFile(path, QStringLiteral("<%1><body><h1>T</h1><p>P</p><ul><li>L</li></ul>"
+                                           "</body></%1>")
+                                .arg(tag)
+                                .toUtf8()));
+    const QPalette saved = QApplication::palette();
+    QPalette palette = saved;
+    palette.setColor(QPalette::Active, QPalette::Base, base);
+    QApplication::setPalette(palette);
+
+    Frame frame;
+    frame.setCreating(m_tmp.path(), m_db.findByID(QLatin1String(kDeviceWithVersion)));
+    HelpProtocol protocol;
+    protocol.page = path;
+    frame.showIPView(&protocol);
+    QApplication::setPalette(saved);
+
+    // The protocol learns the dialog's device before it names its page.
+    QCOMPARE(protocol.device.id, QLatin1String(kDeviceWithVersion));
+    QTRY_VERIFY(frame.settled());
+    const QString html = frame.help()->page()->mainFrame()->toHtml();
+    if (text.isEmpty()) {
+        QVERIFY(!html.contains(QLatin1String("<style>")));
+        return;
+    }
+    QCOMPARE(frame.computed("body", "background-color"),
+             QStringLiteral("rgb(%1, %2, %3)").arg(base.red()).arg(base.green()).arg(base.blue()));
+    for (const char *element : {"h1", "p", "li"})
+        QCOMPARE(frame.computed(element, "color"), text);
+
+    // A page that cannot be read leaves the pane as it was.
+    protocol.page = m_tmp.filePath(QStringLiteral("missing.html"));
+    frame.showIPView(&protocol);
+    frame.showIPView(static_cast<IPSERDESIP::BaseProtocol *>(nullptr));
+    QCOMPARE(frame.help()->page()->mainFrame()->toHtml(), html);
+}
+
+void tst_PageMicroSysIPGenDlg::helpPagesOfTheCore_data()
+{
+    QTest::addColumn<QString>("page");
+    QTest::addColumn<QString>("heading");
+    QTest::newRow("xaui") << "xaui.html"
+                          << "XAUI";
+    QTest::newRow("edp rx") << "edp_rx_information.html"
+                            << "eDP RX";
+    QTest::newRow("edp tx") << "edp_tx_information.html"
+                            << "eDP TX";
+}
+
+void tst_PageMicroSysIPGenDlg::helpPagesOfTheCore()
+{
+    QFETCH(QString, page);
+    QFETCH(QString, heading);
+
+    Frame frame;
+    frame.showIPView(page);
+    QTRY_VERIFY(frame.settled());
+    QCOMPARE(frame.evaluate("document.getElementsByTagName('h1')[0].textContent"), heading);
+    QVERIFY(frame.help()->page()->mainFrame()->toHtml().contains(QLatin1String("<style>")));
+    // Its picture comes from the host's picture directory.
+    QCOMPARE(frame.evaluate("String(document.images.length)"), QStringLiteral("1"));
+    QTRY_COMPARE(frame.evaluate("String(document.images[0].naturalWidth > 0)"),
+                 QStringLiteral("true"));
+}
+
+void tst_PageMicroSysIPGenDlg::helpLinksLeaveThePane()
+{
+    QDesktopServices::setUrlHandler(QStringLiteral("https"), this, "openUrl");
+    const QString path = m_tmp.filePath(QStringLiteral("link.html"));
+    QVERIFY(writeFile(path, "<html><body><p><a id=\"out\" href=\"https://example.org/datasheet\">"
+                            "datasheet</a></p></body></html>"));
+    Frame frame;
+    HelpProtocol protocol;
+    protocol.page = path;
+    frame.showIPView(&protocol);
+    QTRY_VERIFY(frame.settled());
+    const QUrl shown = frame.help()->url();
+    frame.evaluate("document.getElementById('out').click()");
+    QTRY_COMPARE(m_opened, QList<QUrl>{QUrl(QStringLiteral("https://example.org/datasheet"))});
+    QCOMPARE(frame.help()->url(), shown);
+    QDesktopServices::unsetUrlHandler(QStringLiteral("https"));
+}
+
+void tst_PageMicroSysIPGenDlg::browse()
+{
+    Frame frame;
+    frame.setCreating(m_tmp.path(), m_db.findByID(QLatin1String(kDeviceWithVersion)));
+    frame.setFileName(QStringLiteral("renamed"));
+
+    // Each time the default name is appended, never the File Name field.
+    for (int i = 0; i < 2; ++i) {
+        answerDirectoryDialog(m_tmp.path());
+        QTest::mouseClick(frame.widget<QPushButton>("btnBrowse"), Qt::LeftButton);
+        QCOMPARE(frame.uiCreateIn(), QDir::toNativeSeparators(m_tmp.path() + "/serdes"));
+        QCOMPARE(IPSERDESIP::serdes::instance()->workingDir(), frame.uiCreateIn());
+    }
+    frame.uiSetCreateIn(QStringLiteral("/kept"));
+    answerDirectoryDialog(QString());
+    QTest::mouseClick(frame.widget<QPushButton>("btnBrowse"), Qt::LeftButton);
+    QCOMPARE(frame.uiCreateIn(), QStringLiteral("/kept"));
+}
+
+void tst_PageMicroSysIPGenDlg::checkFileExisting_data()
+{
+    QTest::addColumn<QString>("createIn");
+    QTest::addColumn<bool>("opening");
+    QTest::addColumn<QMessageBox::StandardButton>("answer");
+    QTest::addColumn<bool>("result");
+    QTest::addColumn<QString>("title");
+
+    QTest::newRow("exists, overwrite")
+        << "existing/" << false << QMessageBox::Yes << true << "Confirm";
+    QTest::newRow("exists, cancel")
+        << "existing" << false << QMessageBox::Cancel << false << "Confirm";
+    QTest::newRow("made") << "new/deeper" << false << QMessageBox::Ok << true << QString();
+    QTest::newRow("cannot be made")
+        << "afile/below" << false << QMessageBox::Ok << false << "Error";
+    QTest::newRow("opening never looks")
+        << "afile/below" << true << QMessageBox::Ok << true << QString();
+}
+
+void tst_PageMicroSysIPGenDlg::checkFileExisting()
+{
+    QFETCH(QString, createIn);
+    QFETCH(bool, opening);
+    QFETCH(QMessageBox::StandardButton, answer);
+    QFETCH(bool, result);
+    QFETCH(QString, title);
+
+    QTemporaryDir dir;
+    QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("existing")));
+    QVERIFY(writeFile(dir.filePath(QStringLiteral("afile")), "not a directory"));
+    Frame frame;
+    if (opening)
+        frame.setOpening(dir.path(), writeIpc({{"target_device", kDeviceWithVersion}}));
+    const QString path = dir.filePath(createIn);
+    frame.widget<QLineEdit>("editCreateIn")->setText(path);
+
+    MessageBoxAnswers answers(answer);
+    QCOMPARE(frame.checkFileExisting(), result);
+    QCOMPARE(answers.boxes.size(), title.isEmpty() ? 0 : 1);
+    if (title.isEmpty()) {
+        QCOMPARE(QFileInfo(path).isDir(), !opening);
+        return;
+    }
+    const SeenBox &box = answers.boxes.first();
+    QCOMPARE(box.title, title);
+    if (title == QLatin1String("Confirm")) {
+        QCOMPARE(box.text, QStringLiteral("Directory \"%1\" already exists, do you want to "
+                                          "overwrite?")
+                               .arg(QDir::toNativeSeparators(QDir::cleanPath(path))));
+        QCOMPARE(box.buttons, QMessageBox::Yes | QMessageBox::Cancel);
+        QCOMPARE(box.defaultButton, QMessageBox::Cancel);
+    } else {
+        QCOMPARE(
+            box.text,
+            QStringLiteral("Failed to create path \"%1\"").arg(QDir::toNativeSeparators(path)));
+        QVERIFY(!box.pixmap.isNull());
+        QCOMPARE(box.pixmap, QPixmap(QStringLiteral("://image/exclamation.png")).toImage());
+        QVERIFY(box.hasWindowIcon);
+    }
+}
+
+void tst_PageMicroSysIPGenDlg::errorsAndOptions()
+{
+    Frame frame;
+    frame.setCreating(m_tmp.path(), m_db.findByID(QLatin1String(kDeviceWithVersion)));
+    QVERIFY(frame.checkFileOptions().isEmpty());
+    frame.widget<QLineEdit>("editCreateIn")->clear();
+    QCOMPARE(frame.checkFileOptions(), QStringList{"\"Create In\" can not be empty."});
+
+    MessageBoxAnswers answers;
+    frame.showErrorMsg({QStringLiteral("first"), QStringLiteral("second")});
+    QCOMPARE(answers.boxes.size(), 1);
+    QCOMPARE(answers.boxes.first().title, QStringLiteral("Error"));
+    QCOMPARE(answers.boxes.first().text,
+             QStringLiteral("The following errors occurred while customizing IP, plese check "
+                            "and correct."));
+    QCOMPARE(answers.boxes.first().details, QStringLiteral("first\nsecond"));
+    QVERIFY(!answers.boxes.first().pixmap.isNull());
+    QCOMPARE(answers.boxes.first().pixmap,
+             QPixmap(QStringLiteral("://image/exclamation.png")).toImage());
+
+    QPushButton *ok = frame.widget<QDialogButtonBox>("buttonBox")->button(QDialogButtonBox::Ok);
+    frame.setOPtoinsAvailable(false);
+    QVERIFY(!frame.widget<QWidget>("wgtContainer")->isEnabled() && !ok->isEnabled());
+    frame.setOPtoinsAvailable(true);
+    QVERIFY(frame.widget<QWidget>("wgtContainer")->isEnabled() && ok->isEnabled());
+    frame.show();
+    QTest::mouseClick(ok, Qt::LeftButton);
+    QCOMPARE(frame.result(), int(QDialog::Accepted));
+}
+
+QTEST_MAIN(tst_PageMicroSysIPGenDlg)
+#include "tst_pagemicrosysipgendlg.moc"
