@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "plugin/serdesip_global.h"
+
+#include <dev/devicearg.h>
+
+#include <QDialog>
+#include <QHash>
+#include <QList>
+#include <QPair>
+#include <QString>
+
+class QGraphicsScene;
+class QPointF;
+class QRectF;
+
+namespace IPSERDESIP {
+
+class Item;
+class NetItem;
+class clockGraphicView;
+namespace schematic {
+struct TierLayout;
+}
+
+// The window "View Clock Schematic": the device's clock network from the
+// reference sources through the muxes and PLLs to the lanes' TX and RX lines.
+// The nodes are laid out once for the device; each updateView() colours the
+// nodes of the connection list and draws its wires. The window reads no
+// model: it draws the list it is handed.
+//
+// Use: construct for the page's device, then for each showing
+// setConnectionList() and updateView(). The Save key sequence writes the
+// drawing to an SVG or PNG file.
+class SERDESIP_TEST_EXPORT clockSchematicView : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit clockSchematicView(const DEV::DeviceArg &device, QWidget *parent = nullptr);
+    ~clockSchematicView() override;
+
+    // Pairs of element names, a wire from `first` to `second`. Draws nothing.
+    void setConnectionList(const QList<QPair<QString, QString>> &list);
+    // Redraws every wire and node colour from the connection list.
+    void updateView();
+
+    // Writes the whole drawing, as it stands, to `fileName`: SVG or PNG by
+    // the file's suffix. False, with the reason in `error`, when the suffix
+    // names neither or the file cannot be written.
+    bool saveImage(const QString &fileName, QString &error) const;
+    // The schematic of `device` with the wires of `connections`, written to
+    // `fileName` as saveImage() does, without showing a window.
+    static bool saveSchematic(const DEV::DeviceArg &device,
+                              const QList<QPair<QString, QString>> &connections,
+                              const QString &fileName, QString &error);
+
+    void createLine(const QString &key, const QString &label, const QPointF &pos);
+    void createPLL(const QString &key, const QString &label, const QPointF &pos);
+    void createMux(const QString &key, const QString &label, const QPointF &pos);
+    void createRefClk(const QString &key, const QString &label, const QPointF &pos);
+    void createBox(const QString &label, const QRectF &rect, const QPointF &pos);
+
+    DEV::DeviceArg device;
+    clockGraphicView *view;
+    QGraphicsScene *scene;
+    // Every node a wire can join, by element name; boxes are scenery only.
+    QHash<QString, Item *> items;
+    QList<QPair<QString, QString>> connections;
+    QList<NetItem *> nets;
+
+public slots:
+    // Asks for a file name and saves the drawing there.
+    void saveImageAs();
+
+protected:
+    void contextMenuEvent(QContextMenuEvent *event) override;
+
+private:
+    void place();
+    void placeTier(const schematic::TierLayout &layout);
+    void initConnection();
+    void route();
+    void addItem(Item *item, const QString &key, const QPointF &pos);
+
+    // Where the last image was saved; the next file dialog starts there.
+    QString m_saveDirectory;
+};
+
+} // namespace IPSERDESIP
