@@ -1,0 +1,487 @@
+// SPDX-License-Identifier: MIT
+//
+// The export of a register script: doubles of the task generator placed where
+// the dialog looks for it (missing, failing, leaving no file, writing odd
+// lines), the file dialog answered or cancelled, and the stand-in generator
+// both behind the dialog and on its own command line.
+
+#include "plugin/serdesipconstants.h"
+#include "reconfig/reconfiguration.h"
+#include "reconfigform.h"
+
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace IPSERDESIP;
+
+namespace {
+
+const char STAND_IN[] = SERDES_STAGE_DIR "/bin/serdes_toml_to_csr.dist/csr_task_gen.bin";
+
+QString toolPath()
+{
+    return QCoreApplication::applicationDirPath() + '/' + APP_SERDES_CSR_TASK_GEN;
+}
+
+void placeTool(const QByteArray &script)
+{
+    QDir().mkpath(QFileInfo(toolPath()).path());
+    QFile file(toolPath());
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write("#!/bin/sh\n" + script + '\n');
+    file.close();
+    QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+}
+
+// A generator that logs its command line to "calls.log" and then acts by its
+// task, as `cases` (the branches of a shell case on the task) say.
+QByteArray loggingTool(const QByteArray &cases)
+{
+    return "printf '%s\\n' \"$*\" >> calls.log\n"
+           "for out; do :; done\n"
+           "case \"$2\" in\n"
+           + cases + "\nesac";
+}
+
+QByteArray readAll(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
+}
+
+QStringList calls()
+{
+    QFile log(QStringLiteral("calls.log"));
+    if (!log.open(QIODevice::ReadOnly))
+        return {};
+    return QString::fromUtf8(log.readAll()).split('\n', Qt::SkipEmptyParts);
+}
+
+// Answers the modal windows of an export as they come up: the file dialog
+// with `saveAs`, or cancels it when that is empty; every message box with Ok.
+class ModalAnswers : public QObject
+{
+public:
+    explicit ModalAnswers(const QString &saveAs)
+        : m_saveAs(saveAs)
+    {
+        connect(&m_timer, &QTimer::timeout, this, &ModalAnswers::answer);
+        m_timer.start(10);
+    }
+
+    QString proposal;
+    int fileDialogs = 0;
+    QStringList messages;
+
+private:
+    void answer()
+    {
+        QWidget *modal = QApplication::activeModalWidget();
+        if (auto *files = qobject_cast<QFileDialog *>(modal)) {
+            ++fileDialogs;
+            proposal = files->selectedFiles().value(0);
+            if (m_saveAs.isEmpty()) {
+                files->reject();
+            } else {
+                files->selectFile(m_saveAs);
+                // QFileDialog keeps its override of accept() protected.
+                static_cast<QDialog *>(files)->accept();
+            }
+        } else if (auto *box = qobject_cast<QMessageBox *>(modal)) {
+            messages << box->text();
+            box->button(QMessageBox::Ok)->click();
+        }
+    }
+
+    QString m_saveAs;
+    QTimer m_timer;
+};
+
+} // namespace
+
+class tst_ReconfigExport : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void withDoubles_data();
+    void withDoubles();
+    void cancelRunsNothing_data();
+    void cancelRunsNothing();
+    void standIn_data();
+    void standIn();
+    void standInRefuses_data();
+    void standInRefuses();
+
+private:
+    QScopedPointer<QTemporaryDir> m_work;
+};
+
+void tst_ReconfigExport::initTestCase()
+{
+    QLocale::setDefault(QLocale::c());
+    QVERIFY2(QFileInfo(QString::fromLatin1(STAND_IN)).isExecutable(), STAND_IN);
+}
+
+void tst_ReconfigExport::init()
+{
+    QFile::remove(toolPath());
+    m_work.reset(new QTemporaryDir);
+    QVERIFY(m_work->isValid());
+    QVERIFY(QDir::setCurrent(m_work->path()));
+}
+
+void tst_ReconfigExport::cleanup()
+{
+    QFile::remove(toolPath());
+    QVERIFY(QDir::setCurrent(QCoreApplication::applicationDirPath()));
+}
+
+void tst_ReconfigExport::withDoubles_data()
+{
+    QTest::addColumn<QByteArray>("cases"); // null: no generator installed
+    QTest::addColumn<QStringList>("settings");
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QStringList>("messages");
+    QTest::addColumn<QStringList>("calls");
+
+    const QStringList lanes{"checkBoxq0ln0=1", "checkBoxq0ln1=1"};
+    const QStringList both = lanes
+                             + QStringList{"checkBoxLoopbackEnable=1", "checkBoxTXAFEEnable=1",
+                                           "comboBoxLoopBackMode=LB_NES", "spinBoxTXSwingLevel=9"};
+    const QString loopback
+        = "--task cfg_lb --lane 3 --lb_state ON --lb_mode LB_NES -o config_tmp.csr";
+    const QString txAfe = "--task cfg_tx_afe --lane 3 --ffe_manual 0 --txlev 9 --ffe_cm 0 "
+                          "--ffe_c1 0 -o config_tmp.csr";
+
+    QTest::newRow("writes in task order")
+        << QByteArray("cfg_lb) printf '# made by a double\\n"
+                      "upar_write_driver 0x010120 0x00000003\\n"
+                      "upar_write_driver 0x010920 0x00000003\\n' > \"$out\";;\n"
+                      "cfg_tx_afe) printf 'upar_write_driver 0x010130 0x00000090\\n' > \"$out\";;")
+        << both << QByteArray("01012000000003\n01092000000003\n01013000000090\n") << QStringList()
+        << QStringList{loopback, txAfe};
+    QTest::newRow("odd lines")
+        << QByteArray("cfg_lb) printf 'upar_write_driverX 0xabcdef 0x12345678\\n"
+                      "upar_write_driver\\n"
+                      "upar_write_driver 0x0101\\n"
+                      " upar_write_driver 0x010120 0x00000003\\n"
+                      "UPAR_WRITE_DRIVER 0x010120 0x00000003\\n"
+                      "upar_write_driver 0x0a0b0c 0x0d0e0f00 ; last\\n' > \"$out\";;")
+        << lanes + QStringList{"checkBoxLoopbackEnable=1", "comboBoxLoopBackMode=LB_NES"}
+        << QByteArray("xabcdex1234567\n\n0101\n0a0b0c0d0e0f00\n") << QStringList()
+        << QStringList{loopback};
+    QTest::newRow("no generator")
+        << QByteArray() << both << QByteArray()
+        << QStringList{QString("Can not find %1, please check your installation.")
+                           .arg(QDir::toNativeSeparators(QDir::cleanPath(toolPath())))}
+        << QStringList();
+    QTest::newRow("failing: the report from Error on, later tasks skipped")
+        << QByteArray("cfg_lb) printf 'reading\\nException: in step 2\\nError: --lb_mode is "
+                      "bad\\n\\0after the NUL' >&2; exit 3;;")
+        << both << QByteArray() << QStringList{"Error: --lb_mode is bad\n"}
+        << QStringList{loopback};
+    QTest::newRow("second task failing without a marker, first task kept")
+        << QByteArray("cfg_lb) printf 'upar_write_driver 0x010120 0x00000003\\n' > \"$out\";;\n"
+                      "cfg_tx_afe) printf 'Segmentation fault\\n' >&2; exit 139;;")
+        << both << QByteArray("01012000000003\n") << QStringList{"Segmentation fault\n"}
+        << QStringList{loopback, txAfe};
+    QTest::newRow("failing with an Exception only")
+        << QByteArray("cfg_tx_afe) printf 'task 4: Exception raised\\n' >&2; exit 1;;")
+        << lanes + QStringList{"checkBoxTXAFEEnable=1", "spinBoxTXSwingLevel=9"} << QByteArray()
+        << QStringList{"Exception raised\n"} << QStringList{txAfe};
+    QTest::newRow("no file from the first task")
+        << QByteArray("cfg_tx_afe) printf 'upar_write_driver 0x010130 0x00000090\\n' > \"$out\";;")
+        << both << QByteArray("01013000000090\n") << QStringList() << QStringList{loopback, txAfe};
+    QTest::newRow("no lane checked")
+        << QByteArray("") << QStringList{"checkBoxLoopbackEnable=1", "comboBoxLoopBackMode=OFF"}
+        << QByteArray() << QStringList()
+        << QStringList{"--task cfg_lb --lane 0 --lb_state OFF --lb_mode LB_NES -o config_tmp.csr"};
+    // The receive front end's task stays in the export, though no user can
+    // enable it.
+    QTest::newRow("every task, the hidden one too")
+        << QByteArray("")
+        << QStringList{"checkBoxq1ln0=1",
+                       "checkBoxTxDataRateEnable=1",
+                       "checkBoxRxDataRateEnable=1",
+                       "checkBoxLoopbackEnable=1",
+                       "checkBoxTXAFEEnable=1",
+                       "checkBoxRXAFEEnable=1",
+                       "doubleSpinBoxTXDataRate=1.25"}
+        << QByteArray() << QStringList()
+        << QStringList{"--task cfg_tx_dr --lane 16 --tx_data_rate 1.25000000 --pcs_tx_clk_src 0 "
+                       "--pll_ref_sel 0 --q0_refmux0_freq 0.00000000 --q0_refmux1_freq 0.00000000 "
+                       "--q1_refmux0_freq 0.00000000 --q1_refmux1_freq 0.00000000 --width_mode 8 "
+                       "-o config_tmp.csr",
+                       "--task cfg_rx_dr --lane 16 --rx_data_rate 0.00000000 --cdr_calc_src 0 "
+                       "--q0_refmux0_freq 0.00000000 --q0_refmux1_freq 0.00000000 "
+                       "--q1_refmux0_freq 0.00000000 --q1_refmux1_freq 0.00000000 "
+                       "-o config_tmp.csr",
+                       "--task cfg_lb --lane 16 --lb_state OFF --lb_mode LB_NES -o config_tmp.csr",
+                       "--task cfg_tx_afe --lane 16 --ffe_manual 0 --txlev 0 --ffe_cm 0 "
+                       "--ffe_c1 0 -o config_tmp.csr",
+                       "--task cfg_rx_afe --lane 16 --rx_eq_bias 0 --dr_rx_att_boost 0 "
+                       "--eq_manual 0 --dr_rx_att 0 --dr_rx_boost 0 -o config_tmp.csr"};
+    QTest::newRow("nothing enabled")
+        << QByteArray("") << lanes << QByteArray() << QStringList() << QStringList();
+}
+
+void tst_ReconfigExport::withDoubles()
+{
+    QFETCH(QByteArray, cases);
+    QFETCH(QStringList, settings);
+    QFETCH(QByteArray, file);
+    QFETCH(QStringList, messages);
+    QFETCH(QStringList, calls);
+
+    if (!cases.isNull())
+        placeTool(loggingTool(cases));
+    reconfiguration dialog;
+    DEV::DeviceArg device;
+    device.family = "RK9C-880D";
+    dialog.setDevice(device);
+    dialog.dialogDidPrepare();
+    dialog.show();
+    for (const QString &setting : settings)
+        setInput(dialog, setting);
+
+    const QString target = m_work->filePath("out/script.csr");
+    QVERIFY(QDir().mkpath(m_work->filePath("out")));
+    ModalAnswers answers(target);
+    QTest::mouseClick(dialog.findChild<QPushButton *>("pushButtonExport"), Qt::LeftButton);
+
+    QCOMPARE(answers.fileDialogs, 1);
+    QCOMPARE(answers.messages, messages);
+    QCOMPARE(::calls(), calls);
+    // Written after a failure too, with what the tasks before it gave.
+    QVERIFY(QFile::exists(target));
+    QCOMPARE(readAll(target), file);
+    QVERIFY(!QFile::exists("config_tmp.csr"));
+}
+
+void tst_ReconfigExport::cancelRunsNothing_data()
+{
+    QTest::addColumn<QString>("exportDirectory");
+    QTest::addColumn<QString>("proposal");
+
+    QTest::newRow("current directory") << ""
+                                       << "%1/reconfigure.csr";
+    QTest::newRow("the core's directory") << "%1/core"
+                                          << "%1/core/reconfigure.csr";
+}
+
+void tst_ReconfigExport::cancelRunsNothing()
+{
+    QFETCH(QString, exportDirectory);
+    QFETCH(QString, proposal);
+
+    placeTool(loggingTool("*) printf 'upar_write_driver 0x010120 0x00000003\\n' > \"$out\";;"));
+    QVERIFY(QDir().mkpath(m_work->filePath("core")));
+    reconfiguration dialog;
+    if (!exportDirectory.isEmpty())
+        dialog.setExportDirectory(exportDirectory.arg(m_work->path()));
+    dialog.show();
+    setInput(dialog, "checkBoxq0ln0=1");
+    setInput(dialog, "checkBoxLoopbackEnable=1");
+
+    ModalAnswers answers(QString{});
+    QTest::mouseClick(dialog.findChild<QPushButton *>("pushButtonExport"), Qt::LeftButton);
+
+    QCOMPARE(answers.fileDialogs, 1);
+    QCOMPARE(answers.proposal, proposal.arg(QDir::current().canonicalPath()));
+    QCOMPARE(answers.messages, QStringList());
+    QCOMPARE(::calls(), QStringList());
+    QCOMPARE(QDir::current().entryList(QDir::Files), QStringList());
+    QCOMPARE(QDir(m_work->filePath("core")).entryList(QDir::Files), QStringList());
+}
+
+void tst_ReconfigExport::standIn_data()
+{
+    QTest::addColumn<QString>("family");
+    QTest::addColumn<QStringList>("settings");
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QString>("message"); // a part of the one message expected
+
+    QTest::newRow("every task on two quads")
+        << "RK9C-880D"
+        << QStringList{"checkBoxq0ln0=1",
+                       "checkBoxq1ln3=1",
+                       "checkBoxTxDataRateEnable=1",
+                       "doubleSpinBoxTXDataRate=10.3125",
+                       "comboBoxTXPLL=QPLL0",
+                       "comboBoxTXRefClkMux=REFMUX1",
+                       "doubleSpinBoxTXQ0RefMux1Freq=156.25",
+                       "doubleSpinBoxTXQ1RefMux1Freq=125",
+                       "comboBoxPMAWidth=20",
+                       "checkBoxRxDataRateEnable=1",
+                       "doubleSpinBoxRXDataRate=2.5",
+                       "doubleSpinBoxRXQ0RefMux0Freq=100",
+                       "doubleSpinBoxRXQ1RefMux0Freq=312.5",
+                       "checkBoxLoopbackEnable=1",
+                       "comboBoxLoopBackMode=LB_ENC",
+                       "checkBoxTXAFEEnable=1",
+                       "comboBoxTXAFEMode=Manual",
+                       "spinBoxTXSwingLevel=10",
+                       "spinBoxFFECM=4",
+                       "spinBoxFFEC1=6"}
+        << QByteArray("010100009d5b34\n01010409502f90\n01010800000035\n"
+                      "021900009d5b34\n02190407735940\n02190800000035\n"
+                      "010110002625a0\n01011405f5e100\n01011800000000\n"
+                      "021910002625a0\n02191412a05f20\n02191800000000\n"
+                      "01012000000005\n02192000000005\n"
+                      "010130000000a1\n01013400000604\n021930000000a1\n02193400000604\n")
+        << QString();
+    // The second quad's lanes and frequencies do not go out, and the generator
+    // does not ask for them.
+    QTest::newRow("one quad") << "RK9C-370D"
+                              << QStringList{"checkBoxq0ln0=1",
+                                             "checkBoxq0ln1=1",
+                                             "checkBoxq0ln2=1",
+                                             "checkBoxq0ln3=1",
+                                             "checkBoxq1ln0=1",
+                                             "checkBoxTxDataRateEnable=1",
+                                             "doubleSpinBoxTXDataRate=6.25",
+                                             "comboBoxTXPLL=QPLL1",
+                                             "doubleSpinBoxTXQ0RefMux0Freq=156.25",
+                                             "comboBoxPMAWidth=16"}
+                              << QByteArray("010100005f5e10\n01010409502f90\n01010800000022\n"
+                                            "010900005f5e10\n01090409502f90\n01090800000022\n"
+                                            "011100005f5e10\n01110409502f90\n01110800000022\n"
+                                            "011900005f5e10\n01190409502f90\n01190800000022\n")
+                              << QString();
+    QTest::newRow("rate of 0 refused")
+        << "RK9C-880D"
+        << QStringList{"checkBoxq0ln0=1", "checkBoxTxDataRateEnable=1",
+                       "doubleSpinBoxTXQ0RefMux0Freq=156.25", "checkBoxLoopbackEnable=1"}
+        << QByteArray() << "Error: --tx_data_rate 0.00000000: the data rate must be above 0";
+    QTest::newRow("reference of the other quad missing")
+        << "RK9C-880D"
+        << QStringList{"checkBoxq0ln0=1", "checkBoxq1ln0=1", "checkBoxRxDataRateEnable=1",
+                       "doubleSpinBoxRXDataRate=5", "doubleSpinBoxRXQ0RefMux0Freq=125"}
+        << QByteArray() << "Error: --q1_refmux0_freq 0.00000000: must be above 0";
+    QTest::newRow("no lane refused") << "RK9C-880D" << QStringList{"checkBoxTXAFEEnable=1"}
+                                     << QByteArray() << "Error: --lane 0 selects no lane";
+}
+
+void tst_ReconfigExport::standIn()
+{
+    QFETCH(QString, family);
+    QFETCH(QStringList, settings);
+    QFETCH(QByteArray, file);
+    QFETCH(QString, message);
+
+    placeTool(QByteArray("exec '") + STAND_IN + "' \"$@\"");
+    reconfiguration dialog;
+    DEV::DeviceArg device;
+    device.family = family;
+    dialog.setDevice(device);
+    dialog.dialogDidPrepare();
+    dialog.show();
+    for (const QString &setting : settings)
+        setInput(dialog, setting);
+
+    const QString target = m_work->filePath("script.csr");
+    ModalAnswers answers(target);
+    QTest::mouseClick(dialog.findChild<QPushButton *>("pushButtonExport"), Qt::LeftButton);
+
+    QCOMPARE(answers.fileDialogs, 1);
+    if (message.isEmpty()) {
+        QCOMPARE(answers.messages, QStringList());
+    } else {
+        QCOMPARE(answers.messages.size(), 1);
+        QVERIFY2(answers.messages.first().startsWith(message),
+                 qPrintable(answers.messages.first()));
+    }
+    QCOMPARE(readAll(target), file);
+    QVERIFY(!QFile::exists("config_tmp.csr"));
+}
+
+void tst_ReconfigExport::standInRefuses_data()
+{
+    QTest::addColumn<QStringList>("args");
+    QTest::addColumn<QString>("fault");
+
+    const QStringList lb{"--task", "cfg_lb",    "--lane", "1",  "--lb_state",
+                         "ON",     "--lb_mode", "LB_NES", "-o", "out.csr"};
+    const QStringList afe{"--task",   "cfg_tx_afe", "--lane", "3",        "--ffe_manual",
+                          "1",        "--txlev",    "15",     "--ffe_cm", "19",
+                          "--ffe_c1", "19",         "-o",     "out.csr"};
+    const QStringList rx{"--task",
+                         "cfg_rx_dr",
+                         "--lane",
+                         "17",
+                         "--rx_data_rate",
+                         "2.5",
+                         "--cdr_calc_src",
+                         "1",
+                         "--q0_refmux1_freq",
+                         "125",
+                         "--q1_refmux1_freq",
+                         "156.25",
+                         "-o",
+                         "out.csr"};
+    auto replaced = [](QStringList args, const QString &flag, const QString &value) {
+        args[args.indexOf(flag) + 1] = value;
+        return args;
+    };
+    auto without = [](QStringList args, const QString &flag) {
+        const int at = args.indexOf(flag);
+        args.erase(args.begin() + at, args.begin() + at + 2);
+        return args;
+    };
+
+    QTest::newRow("no arguments") << QStringList() << "Error: no arguments";
+    QTest::newRow("unknown option") << lb + QStringList{"--lb_speed", "3"}
+                                    << "Error: --lb_speed is not an option of task cfg_lb";
+    QTest::newRow("option of another task")
+        << rx + QStringList{"--width_mode", "20"}
+        << "Error: --width_mode is not an option of task cfg_rx_dr";
+    QTest::newRow("unknown task") << replaced(lb, "--task", "cfg_pll") << "Error: --task cfg_pll";
+    QTest::newRow("word in lower case")
+        << replaced(lb, "--lb_state", "on") << "Error: --lb_state on: expected one of ON, OFF";
+    QTest::newRow("above its range")
+        << replaced(afe, "--txlev", "16") << "Error: --txlev 16: expected an integer from 0 to 15";
+    QTest::newRow("decimal comma") << replaced(rx, "--rx_data_rate", "2,5")
+                                   << "Error: --rx_data_rate 2,5: expected a data rate in Gbps";
+    QTest::newRow("required option missing")
+        << without(afe, "--ffe_c1") << "Error: task cfg_tx_afe needs --ffe_c1";
+    QTest::newRow("reference of a chosen quad missing")
+        << without(rx, "--q1_refmux1_freq") << "Error: --q1_refmux1_freq is missing";
+    QTest::newRow("lane mask 0") << replaced(lb, "--lane", "0")
+                                 << "Error: --lane 0 selects no lane";
+    QTest::newRow("lane mask beyond two quads")
+        << replaced(lb, "--lane", "256") << "Error: --lane 256";
+    QTest::newRow("option twice") << afe + QStringList{"--txlev", "3"}
+                                  << "Error: --txlev is given more than once";
+    QTest::newRow("no output") << without(lb, "-o") << "Error: -o is missing";
+    QTest::newRow("option without its value")
+        << lb + QStringList{"--lb_mode"} << "Error: --lb_mode has no value";
+    QTest::newRow("stray argument")
+        << QStringList{"cfg_lb"} + lb << "Error: unexpected argument \"cfg_lb\"";
+    QTest::newRow("rate beyond its register")
+        << replaced(rx, "--rx_data_rate", "5000")
+        << "--rx_data_rate 5000 of task cfg_rx_dr does not fit";
+}
+
+void tst_ReconfigExport::standInRefuses()
+{
+    QFETCH(QStringList, args);
+    QFETCH(QString, fault);
+
+    QProcess tool;
+    tool.start(QString::fromLatin1(STAND_IN), args);
+    QVERIFY(tool.waitForFinished(30000));
+    const QString errors = QString::fromUtf8(tool.readAllStandardError());
+    QVERIFY2(tool.exitCode() != 0, qPrintable(errors));
+    QVERIFY2(errors.contains(fault), qPrintable(errors));
+    QVERIFY(!QFile::exists("out.csr"));
+}
+
+QTEST_MAIN(tst_ReconfigExport)
+#include "tst_reconfigexport.moc"
