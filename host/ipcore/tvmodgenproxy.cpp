@@ -1,0 +1,561 @@
+// SPDX-License-Identifier: MIT
+#include "ipcore/tvmodgenproxy.h"
+
+#include "ipcore/ipcorefile.h"
+#include "utils/messages.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QMap>
+#include <QRegularExpression>
+#include <QTextStream>
+#include <QVector>
+
+namespace IPCore {
+
+namespace {
+
+// The widest vector that every Verilog tool must support.
+constexpr int MAX_PORT_WIDTH = 65536;
+
+const char *const REQUIRED_KEYS[] = {"type", "path", "file_type", "file_name", "mod_name"};
+// The lines IPCore::modfileHeader writes, in its order.
+const char *const DEVICE_KEYS[]
+    = {"device", "device_id", "part_number", "family", "package", "speed"};
+
+template<size_t N>
+bool isKey(const char *const (&keys)[N], const QString &key)
+{
+    for (const char *known : keys) {
+        if (key == QLatin1String(known))
+            return true;
+    }
+    return false;
+}
+
+struct Port
+{
+    QString direction;
+    int width = 1;
+    QString name;
+};
+
+struct Param
+{
+    QString name;
+    QString value;
+};
+
+struct Instance
+{
+    QString module;
+    QVector<Port> ports;
+    QVector<Param> params;
+};
+
+struct Design
+{
+    QMap<QString, QString> header;
+    QVector<Instance> instances;
+    bool vhdl = false;
+
+    QString value(const char *key) const { return header.value(QLatin1String(key)); }
+    QString topPort(const Instance &instance, const Port &port) const
+    {
+        return QString(instance.module + QLatin1Char('_') + port.name);
+    }
+    static QString instanceName(const Instance &instance)
+    {
+        return QString(QLatin1String("u_") + instance.module);
+    }
+};
+
+bool isIdentifier(const QString &name, bool vhdl)
+{
+    static const QRegularExpression verilog(QStringLiteral("^[A-Za-z_][A-Za-z0-9_$]*$"));
+    static const QRegularExpression vhdlName(QStringLiteral("^[A-Za-z](_?[A-Za-z0-9])*$"));
+    return (vhdl ? vhdlName : verilog).match(name).hasMatch();
+}
+
+// VHDL names are case-insensitive, so clashes are found on folded names there.
+QString scopeKey(const QString &name, bool vhdl)
+{
+    return vhdl ? name.toLower() : name;
+}
+
+class Parser
+{
+public:
+    Parser(const QString &fileName, bool vhdl)
+        : m_fileName(fileName)
+    {
+        m_design.vhdl = vhdl;
+    }
+
+    void parseLine(int number, const QString &text);
+    void finish();
+
+    const Design &design() const { return m_design; }
+    const QStringList &errors() const { return m_errors; }
+
+private:
+    void fail(int number, const QString &text, const QString &why)
+    {
+        m_errors
+            << QStringLiteral("%1 line %2: %3: \"%4\"").arg(m_fileName).arg(number).arg(why, text);
+    }
+    void parseHeader(int number, const QString &text, const QString &key, const QString &value);
+    void parseInstanceLine(int number, const QString &text, const QString &key,
+                           const QString &value);
+
+    QString m_fileName;
+    Design m_design;
+    QStringList m_errors;
+};
+
+void Parser::parseLine(int number, const QString &text)
+{
+    const QString line = text.trimmed();
+    if (line.isEmpty())
+        return;
+    static const QRegularExpression form(
+        QStringLiteral("^-([A-Za-z_][A-Za-z0-9_]*)(?:\\s+(.*))?$"));
+    const QRegularExpressionMatch match = form.match(line);
+    if (!match.hasMatch()) {
+        fail(number, text, QStringLiteral("not of the form \"-key value\""));
+        return;
+    }
+    const QString key = match.captured(1);
+    const QString value = match.captured(2).trimmed();
+
+    static const QRegularExpression instanceStart(QStringLiteral("^protocol_module_name([0-9]+)$"));
+    const QRegularExpressionMatch start = instanceStart.match(key);
+    if (start.hasMatch()) {
+        const int index = m_design.instances.size();
+        if (start.captured(1) != QString::number(index))
+            fail(number, text, QStringLiteral("instance number %1 expected").arg(index));
+        else if (!isIdentifier(value, m_design.vhdl))
+            fail(number, text, QStringLiteral("module name is no identifier"));
+        for (const Instance &other : qAsConst(m_design.instances)) {
+            if (scopeKey(other.module, m_design.vhdl) == scopeKey(value, m_design.vhdl))
+                fail(number, text, QStringLiteral("module named by an earlier instance"));
+        }
+        // The instance is kept even when refused, so that its own lines are
+        // checked against its name rather than reported as strays.
+        Instance instance;
+        instance.module = value;
+        m_design.instances << instance;
+        return;
+    }
+    if (m_design.instances.isEmpty())
+        parseHeader(number, text, key, value);
+    else
+        parseInstanceLine(number, text, key, value);
+}
+
+void Parser::parseHeader(int number, const QString &text, const QString &key, const QString &value)
+{
+    if (!isKey(REQUIRED_KEYS, key) && !isKey(DEVICE_KEYS, key)) {
+        fail(number, text, QStringLiteral("unknown header key"));
+        return;
+    }
+    if (m_design.header.contains(key)) {
+        fail(number, text, QStringLiteral("\"-%1\" given twice").arg(key));
+        return;
+    }
+    bool ok = true;
+    if (key == QLatin1String("type"))
+        ok = value == QLatin1String("SERDES");
+    else if (key == QLatin1String("file_type"))
+        ok = value == QLatin1String("vlg") || value == QLatin1String("vhdl");
+    else if (key == QLatin1String("file_name"))
+        ok = !value.isEmpty() && !value.contains(QLatin1Char('/'))
+             && !value.contains(QLatin1Char('\\'));
+    else if (key == QLatin1String("mod_name"))
+        ok = isIdentifier(value, m_design.vhdl);
+    else if (key == QLatin1String("path"))
+        ok = !value.isEmpty();
+    if (!ok) {
+        fail(number, text, QStringLiteral("invalid value"));
+        return;
+    }
+    m_design.header.insert(key, value);
+}
+
+void Parser::parseInstanceLine(int number, const QString &text, const QString &key,
+                               const QString &value)
+{
+    Instance &instance = m_design.instances.last();
+    if (!key.startsWith(instance.module)) {
+        fail(number, text, QStringLiteral("not a line of instance \"%1\"").arg(instance.module));
+        return;
+    }
+    const QString item = key.mid(instance.module.size());
+    const QStringList words
+        = value.split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
+
+    if (item == QLatin1String("_port")) {
+        static const QStringList directions
+            = {QStringLiteral("input"), QStringLiteral("output"), QStringLiteral("inout")};
+        bool widthOk = false;
+        const int width = words.value(1).toInt(&widthOk);
+        if (words.size() != 3)
+            fail(number, text, QStringLiteral("a port takes a direction, a width and a name"));
+        else if (!directions.contains(words.at(0)))
+            fail(number, text, QStringLiteral("direction must be input, output or inout"));
+        else if (!widthOk || width < 1 || width > MAX_PORT_WIDTH)
+            fail(number, text, QStringLiteral("width must be 1 to %1").arg(MAX_PORT_WIDTH));
+        else if (!isIdentifier(words.at(2), m_design.vhdl))
+            fail(number, text, QStringLiteral("port name is no identifier"));
+        else
+            instance.ports << Port{words.at(0), width, words.at(2)};
+        return;
+    }
+    if (item == QLatin1String("_param")) {
+        static const QRegularExpression literal(QStringLiteral("^(-?[0-9]+|\"[^\"\\\\]*\")$"));
+        const QString name = words.value(0);
+        const QString literalText = value.mid(name.size()).trimmed();
+        if (!isIdentifier(name, m_design.vhdl))
+            fail(number, text, QStringLiteral("parameter name is no identifier"));
+        else if (!literal.match(literalText).hasMatch())
+            fail(number, text, QStringLiteral("value must be an integer or a quoted string"));
+        else
+            instance.params << Param{name, literalText};
+        return;
+    }
+    if (item == QLatin1String("EnableDRP")) {
+        if (value != QLatin1String("true") && value != QLatin1String("false"))
+            fail(number, text, QStringLiteral("EnableDRP takes true or false"));
+        return;
+    }
+    fail(number, text, QStringLiteral("unknown instance line"));
+}
+
+void Parser::finish()
+{
+    for (const char *key : REQUIRED_KEYS) {
+        if (!m_design.header.contains(QLatin1String(key)))
+            m_errors << QStringLiteral("%1: no \"-%2\" line").arg(m_fileName, QLatin1String(key));
+    }
+    const QString fileType = m_design.value("file_type");
+    if (!fileType.isEmpty() && (fileType == QLatin1String("vhdl")) != m_design.vhdl) {
+        m_errors << QStringLiteral("%1: \"-file_type %2\" contradicts the requested %3")
+                        .arg(m_fileName, fileType,
+                             m_design.vhdl ? QStringLiteral("VHDL") : QStringLiteral("Verilog"));
+    }
+
+    // Every name declared in the top's scope must be unique there.
+    const bool vhdl = m_design.vhdl;
+    QHash<QString, QString> scope;
+    auto declare = [&](const QString &name, const QString &what) {
+        const QString key = scopeKey(name, vhdl);
+        if (scope.contains(key)) {
+            m_errors << QStringLiteral("%1: %2 \"%3\" clashes with %4")
+                            .arg(m_fileName, what, name, scope.value(key));
+        } else {
+            scope.insert(key, QString(what + QStringLiteral(" \"") + name + QLatin1Char('"')));
+        }
+    };
+    declare(m_design.value("mod_name"), QStringLiteral("top module"));
+    QStringList modules;
+    for (const Instance &instance : qAsConst(m_design.instances)) {
+        // A module named twice was reported with its line already.
+        if (modules.contains(scopeKey(instance.module, vhdl)))
+            continue;
+        modules << scopeKey(instance.module, vhdl);
+        if (scopeKey(instance.module, vhdl) != scopeKey(m_design.value("mod_name"), vhdl))
+            declare(instance.module, QStringLiteral("module"));
+        else
+            m_errors << QStringLiteral("%1: instance module \"%2\" is the top module")
+                            .arg(m_fileName, instance.module);
+        declare(Design::instanceName(instance), QStringLiteral("instance"));
+        QStringList seen;
+        for (const Param &param : instance.params) {
+            if (seen.contains(scopeKey(param.name, vhdl)))
+                m_errors << QStringLiteral("%1: parameter \"%2\" of \"%3\" set twice")
+                                .arg(m_fileName, param.name, instance.module);
+            seen << scopeKey(param.name, vhdl);
+        }
+        for (const Port &port : instance.ports)
+            declare(m_design.topPort(instance, port), QStringLiteral("port"));
+    }
+}
+
+QString verilogRange(int width)
+{
+    return width == 1 ? QString() : QStringLiteral("[%1:0] ").arg(width - 1);
+}
+
+QString vhdlType(int width)
+{
+    return width == 1 ? QStringLiteral("std_logic")
+                      : QStringLiteral("std_logic_vector(%1 downto 0)").arg(width - 1);
+}
+
+QString vhdlDirection(const QString &direction)
+{
+    if (direction == QLatin1String("input"))
+        return QStringLiteral("in");
+    if (direction == QLatin1String("output"))
+        return QStringLiteral("out");
+    return QStringLiteral("inout");
+}
+
+QStringList banner(const Design &design, const QString &comment)
+{
+    QStringList lines;
+    lines << QString(comment
+                     + QStringLiteral(" Written by the module generator from its command "
+                                      "file; changes are lost when it runs again."));
+    QStringList device;
+    for (const char *key : DEVICE_KEYS) {
+        const QString value = design.value(key);
+        if (!value.isEmpty())
+            device << QStringLiteral("%1 %2").arg(QLatin1String(key), value);
+    }
+    if (!device.isEmpty())
+        lines << QString(comment + QStringLiteral(" Device: ") + device.join(QStringLiteral(", ")));
+    return lines;
+}
+
+// Joins items with a separator after all but the last, as port and
+// connection lists need.
+QStringList separated(const QStringList &items, const QString &separator)
+{
+    QStringList lines;
+    for (int i = 0; i < items.size(); ++i)
+        lines << (i + 1 < items.size() ? QString(items.at(i) + separator) : items.at(i));
+    return lines;
+}
+
+QStringList verilogTop(const Design &design)
+{
+    QStringList lines = banner(design, QStringLiteral("//"));
+    const QString top = design.value("mod_name");
+    QStringList ports;
+    for (const Instance &instance : design.instances) {
+        for (const Port &port : instance.ports)
+            ports << QStringLiteral("    %1 wire %2%3")
+                         .arg(port.direction, verilogRange(port.width),
+                              design.topPort(instance, port));
+    }
+    lines << QString();
+    if (ports.isEmpty()) {
+        lines << QStringLiteral("module %1;").arg(top);
+    } else {
+        lines << QStringLiteral("module %1 (").arg(top) << separated(ports, QStringLiteral(","))
+              << QStringLiteral(");");
+    }
+    for (const Instance &instance : design.instances) {
+        lines << QString();
+        QString head = QStringLiteral("    %1").arg(instance.module);
+        if (!instance.params.isEmpty()) {
+            QStringList params;
+            for (const Param &param : instance.params)
+                params << QStringLiteral("        .%1(%2)").arg(param.name, param.value);
+            lines << QString(head + QStringLiteral(" #("))
+                  << separated(params, QStringLiteral(","));
+            head = QStringLiteral("    )");
+        }
+        QStringList connections;
+        for (const Port &port : instance.ports)
+            connections
+                << QStringLiteral("        .%1(%2)").arg(port.name, design.topPort(instance, port));
+        lines << QStringLiteral("%1 %2 (").arg(head, Design::instanceName(instance))
+              << separated(connections, QStringLiteral(",")) << QStringLiteral("    );");
+    }
+    lines << QString() << QStringLiteral("endmodule");
+    return lines;
+}
+
+QStringList verilogTemplate(const Design &design)
+{
+    QStringList lines = banner(design, QStringLiteral("//"));
+    const QString top = design.value("mod_name");
+    QStringList connections;
+    QStringList notes;
+    for (const Instance &instance : design.instances) {
+        for (const Port &port : instance.ports) {
+            const QString name = design.topPort(instance, port);
+            connections << QStringLiteral("    .%1(%1)").arg(name);
+            notes << QString(QStringLiteral(" // ") + port.direction + QLatin1Char(' ')
+                             + verilogRange(port.width))
+                         .trimmed()
+                         .prepend(QLatin1Char(' '));
+        }
+    }
+    lines << QString() << QStringLiteral("%1 u_%1 (").arg(top);
+    const QStringList body = separated(connections, QStringLiteral(","));
+    for (int i = 0; i < body.size(); ++i)
+        lines << QString(body.at(i) + notes.at(i));
+    lines << QStringLiteral(");");
+    return lines;
+}
+
+QStringList vhdlPorts(const QVector<QPair<QString, Port>> &ports, const QString &indent)
+{
+    QStringList items;
+    for (const auto &named : ports)
+        items << QStringLiteral("%1    %2 : %3 %4")
+                     .arg(indent, named.first, vhdlDirection(named.second.direction),
+                          vhdlType(named.second.width));
+    if (items.isEmpty())
+        return {};
+    return QStringList{QString(indent + QStringLiteral("port ("))}
+           + separated(items, QStringLiteral(";"))
+           + QStringList{QString(indent + QStringLiteral(");"))};
+}
+
+QVector<QPair<QString, Port>> topPorts(const Design &design)
+{
+    QVector<QPair<QString, Port>> ports;
+    for (const Instance &instance : design.instances) {
+        for (const Port &port : instance.ports)
+            ports << qMakePair(design.topPort(instance, port), port);
+    }
+    return ports;
+}
+
+QStringList vhdlComponent(const QString &name, const QVector<QPair<QString, Port>> &ports,
+                          const QVector<Param> &params)
+{
+    QStringList lines;
+    lines << QStringLiteral("    component %1 is").arg(name);
+    if (!params.isEmpty()) {
+        QStringList generics;
+        for (const Param &param : params)
+            generics << QStringLiteral("            %1 : %2")
+                            .arg(param.name, param.value.startsWith(QLatin1Char('"'))
+                                                 ? QStringLiteral("string")
+                                                 : QStringLiteral("integer"));
+        lines << QStringLiteral("        generic (") << separated(generics, QStringLiteral(";"))
+              << QStringLiteral("        );");
+    }
+    lines << vhdlPorts(ports, QStringLiteral("        ")) << QStringLiteral("    end component;");
+    return lines;
+}
+
+QStringList vhdlHead()
+{
+    return {QString(), QStringLiteral("library ieee;"),
+            QStringLiteral("use ieee.std_logic_1164.all;"), QString()};
+}
+
+QStringList vhdlTop(const Design &design)
+{
+    QStringList lines = banner(design, QStringLiteral("--"));
+    const QString top = design.value("mod_name");
+    lines << vhdlHead() << QStringLiteral("entity %1 is").arg(top)
+          << vhdlPorts(topPorts(design), QStringLiteral("    "))
+          << QStringLiteral("end entity %1;").arg(top) << QString()
+          << QStringLiteral("architecture structure of %1 is").arg(top);
+    for (const Instance &instance : design.instances) {
+        QVector<QPair<QString, Port>> own;
+        for (const Port &port : instance.ports)
+            own << qMakePair(port.name, port);
+        lines << vhdlComponent(instance.module, own, instance.params);
+    }
+    lines << QStringLiteral("begin");
+    for (const Instance &instance : design.instances) {
+        lines << QStringLiteral("    %1 : %2").arg(Design::instanceName(instance), instance.module);
+        if (!instance.params.isEmpty()) {
+            QStringList generics;
+            for (const Param &param : instance.params)
+                generics << QStringLiteral("            %1 => %2").arg(param.name, param.value);
+            lines << QStringLiteral("        generic map (")
+                  << separated(generics, QStringLiteral(",")) << QStringLiteral("        )");
+        }
+        if (!instance.ports.isEmpty()) {
+            QStringList map;
+            for (const Port &port : instance.ports)
+                map << QStringLiteral("            %1 => %2")
+                           .arg(port.name, design.topPort(instance, port));
+            lines << QStringLiteral("        port map (") << separated(map, QStringLiteral(","))
+                  << QStringLiteral("        )");
+        }
+        lines.last().append(QLatin1Char(';'));
+    }
+    lines << QStringLiteral("end architecture structure;");
+    return lines;
+}
+
+QStringList vhdlTemplate(const Design &design)
+{
+    QStringList lines = banner(design, QStringLiteral("--"));
+    const QString top = design.value("mod_name");
+    const QVector<QPair<QString, Port>> ports = topPorts(design);
+    lines << QString() << vhdlComponent(top, ports, {}) << QString();
+    QStringList map;
+    for (const auto &named : ports)
+        map << QStringLiteral("        %1 => %1").arg(named.first);
+    if (map.isEmpty()) {
+        lines << QStringLiteral("    u_%1 : %1;").arg(top);
+    } else {
+        lines << QStringLiteral("    u_%1 : %1").arg(top) << QStringLiteral("    port map (")
+              << separated(map, QStringLiteral(",")) << QStringLiteral("    );");
+    }
+    return lines;
+}
+
+} // namespace
+
+TvModGenProxy::TvModGenProxy(QObject *parent)
+    : QObject(parent)
+{}
+
+TvModGenProxy::~TvModGenProxy() = default;
+
+int TvModGenProxy::startModGen(const QString &cmdFile, FileType type, bool verbose)
+{
+    m_error.clear();
+    const bool vhdl = type != Verilog;
+    QFile file(cmdFile);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        m_error = QStringLiteral("Cannot read the module generator's command file \"%1\": %2")
+                      .arg(QDir::toNativeSeparators(cmdFile), file.errorString());
+        Utils::showError(nullptr, m_error);
+        return 1;
+    }
+
+    Parser parser(QDir::toNativeSeparators(cmdFile), vhdl);
+    QTextStream in(&file);
+    in.setCodec("UTF-8");
+    for (int number = 1; !in.atEnd(); ++number)
+        parser.parseLine(number, in.readLine());
+    parser.finish();
+    QStringList errors = parser.errors();
+
+    const Design &design = parser.design();
+    const QFileInfo commandInfo(cmdFile);
+    const QDir outDir(commandInfo.absoluteDir().absoluteFilePath(design.value("path")));
+    if (errors.isEmpty() && !outDir.exists())
+        errors << QStringLiteral("%1: the output directory \"%2\" does not exist")
+                      .arg(QDir::toNativeSeparators(cmdFile),
+                           QDir::toNativeSeparators(outDir.path()));
+    if (!errors.isEmpty()) {
+        m_error = errors.join(QLatin1Char('\n'));
+        Utils::showError(nullptr, m_error);
+        return 2;
+    }
+
+    const QString suffix = vhdl ? QStringLiteral(".vhd") : QStringLiteral(".v");
+    const QString base = outDir.absoluteFilePath(design.value("file_name"));
+    const QString topPath = QString(base + suffix);
+    const QString templatePath = QString(base + QStringLiteral("_tmp") + suffix);
+    // generateFile tells the user itself when it cannot write.
+    if (!generateFile(topPath, vhdl ? vhdlTop(design) : verilogTop(design), nullptr, QString())
+        || !generateFile(templatePath, vhdl ? vhdlTemplate(design) : verilogTemplate(design),
+                         nullptr, QString())) {
+        m_error = QStringLiteral("The module generator could not write its outputs in \"%1\".")
+                      .arg(QDir::toNativeSeparators(outDir.path()));
+        return 3;
+    }
+    if (verbose)
+        qInfo("Module generator wrote %s and %s", qPrintable(QDir::toNativeSeparators(topPath)),
+              qPrintable(QDir::toNativeSeparators(templatePath)));
+    return 0;
+}
+
+} // namespace IPCore

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "hostplatform_global.h"
+
+#include <QObject>
+#include <QString>
+
+namespace IPCore {
+
+// The language of generated files. Cores pass their language index as this
+// type, so the values are part of the interface.
+enum FileType { Verilog = 0, VHDL = 1 };
+
+// The module generator: reads a command file and writes the top-level wrapper
+// and its instantiation template.
+//
+// A command file holds one "-key value" a line. First the header, each key
+// once, in any order:
+//     -type SERDES
+//     -path <directory>/          relative paths are taken from the command file's folder
+//     -file_type vlg|vhdl
+//     -file_name <base name of the outputs>
+//     -mod_name <top module>
+//     -device, -device_id, -part_number, -family, -package, -speed   (values may be empty)
+// then, per instance, numbered from 0 without gaps:
+//     -protocol_module_name<i> <module>
+// followed by that instance's lines, each starting with "-" and its module name:
+//     -<module>_port input|output|inout <width> <name>
+//     -<module>_param <name> <integer or "string">
+//     -<module>EnableDRP true|false
+// A port is exposed at the top as "<module>_<name>" and wired to the instance
+// "u_<module>"; a parameter overrides the instance's parameter. EnableDRP only
+// marks that the instance shares the Upar register port: the arbiter is a
+// netlist of its own, instantiated from its own template, so it is not wired in
+// here. Anything else is refused: the generator writes what the file says and
+// nothing more.
+//
+// Outputs: <path><file_name>.v and <path><file_name>_tmp.v, or .vhd for VHDL.
+class HOSTPLATFORM_EXPORT TvModGenProxy : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit TvModGenProxy(QObject *parent = nullptr);
+    ~TvModGenProxy() override;
+
+    // Returns 0 when both files were written. Otherwise nothing is written,
+    // every problem found is reported through the host's error reporting and
+    // errorString() holds the same text. `verbose` announces the written files
+    // on the message handler.
+    int startModGen(const QString &cmdFile, FileType type, bool verbose);
+
+    QString errorString() const { return m_error; }
+
+private:
+    QString m_error;
+};
+
+} // namespace IPCore

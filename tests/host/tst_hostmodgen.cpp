@@ -1,0 +1,283 @@
+// SPDX-License-Identifier: MIT
+//
+// The module generator: what it writes from a command file is checked by
+// compiling it with iverilog against stub instances and the device library's
+// black boxes; what it refuses is checked by its messages.
+
+#include <dev/devicearg.h>
+#include <ipcore/ipcorefile.h>
+#include <ipcore/tvmodgenproxy.h>
+
+#include <QDir>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+const char *const PRIMITIVES = SERDES_STAGE_DIR "/data/devices/primitives_bb.v";
+
+DEV::DeviceArg device()
+{
+    DEV::DeviceArg arg;
+    arg.id = QStringLiteral("RK9C880D-FG1517-2");
+    arg.partNumber = QStringLiteral("RK9C880D-2FG1517I");
+    arg.family = QStringLiteral("RK9C-880D");
+    arg.name = QStringLiteral("RK9C880D");
+    arg.package = QStringLiteral("FG1517");
+    arg.speed = QStringLiteral("2"); // version stays empty, as on most devices
+    return arg;
+}
+
+// The header exactly as the page composes it, device lines from the host.
+QStringList header(const QString &dir, const QString &fileType)
+{
+    return {QStringLiteral("-type SERDES"),
+            QStringLiteral("-path %1/").arg(dir),
+            QStringLiteral("-file_type %1").arg(fileType),
+            QStringLiteral("-file_name serdes_top"),
+            QStringLiteral("-mod_name serdes_top"),
+            IPCore::modfileHeader(device())};
+}
+
+QByteArray readAll(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+}
+
+// Runs iverilog on `files`; empty on success, else what it said.
+QString compile(const QString &top, const QStringList &files, const QString &dir)
+{
+    const QString iverilog = QStandardPaths::findExecutable(QStringLiteral("iverilog"));
+    if (iverilog.isEmpty())
+        return QStringLiteral("iverilog is not installed (scripts/install-deps.sh)");
+    QProcess process;
+    process.setWorkingDirectory(dir);
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(iverilog, QStringList{QStringLiteral("-g2005"), QStringLiteral("-o"),
+                                        QStringLiteral("a.vvp"), QStringLiteral("-s"), top}
+                                + files);
+    if (!process.waitForFinished(30000))
+        return QStringLiteral("iverilog did not finish");
+    const QString output = QString::fromLocal8Bit(process.readAll()).trimmed();
+    if (process.exitCode() != 0 || !output.isEmpty())
+        return output.isEmpty() ? QStringLiteral("iverilog failed") : output;
+    return QString();
+}
+
+} // namespace
+
+class tst_HostModGen : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void verilogCompiles_data();
+    void verilogCompiles();
+    void vhdl();
+    void refusals_data();
+    void refusals();
+};
+
+void tst_HostModGen::initTestCase()
+{
+    QLocale::setDefault(QLocale::c());
+    QVERIFY(QFile::exists(QString::fromLatin1(PRIMITIVES)));
+}
+
+void tst_HostModGen::verilogCompiles_data()
+{
+    QTest::addColumn<QStringList>("instances");
+    QTest::addColumn<QByteArray>("stubs");
+    QTest::addColumn<QByteArray>("wires"); // the top's ports as a user declares them
+
+    // Each stub instantiates the device's primitives, as a protocol's module does.
+    const QByteArray eth = "module eth #(parameter integer LANES = 1, parameter NAME = \"x\") (\n"
+                           "    input wire refclk_p, input wire refclk_n,\n"
+                           "    input wire [3:0] txd, output wire [3:0] rxd, inout wire mdio);\n"
+                           "  wire refclk;\n"
+                           "  DIFFIN ibuf (.I(refclk_p), .IB(refclk_n), .O(refclk));\n"
+                           "  SERDES_LANE #(.LANE(0)) lane (.REFCLK(refclk));\n"
+                           "  assign rxd = txd;\n"
+                           "endmodule\n";
+    const QByteArray xaui = "module xaui (input wire clk, output wire [63:0] data);\n"
+                            "  SERDES_QUAD q (.UPAR_CLK(clk));\n"
+                            "  assign data = 64'd0;\n"
+                            "endmodule\n";
+
+    QTest::newRow("two instances, ports, parameters, DRP")
+        << QStringList{QStringLiteral("-protocol_module_name0 eth"),
+                       QStringLiteral("-eth_port input 1 refclk_p"),
+                       QStringLiteral("-eth_port input 1 refclk_n"),
+                       QStringLiteral("-eth_port input 4 txd"),
+                       QStringLiteral("-eth_port output 4 rxd"),
+                       QStringLiteral("-eth_port inout 1 mdio"),
+                       QStringLiteral("-eth_param LANES 4"),
+                       QStringLiteral("-eth_param NAME \"ten gig\""),
+                       QStringLiteral("-ethEnableDRP true"),
+                       QStringLiteral("-protocol_module_name1 xaui"),
+                       QStringLiteral("-xaui_port input 1 clk"),
+                       QStringLiteral("-xaui_port output 64 data")}
+        << QByteArray(eth + xaui)
+        << QByteArray("wire eth_refclk_p, eth_refclk_n, eth_mdio, xaui_clk;\n"
+                      "wire [3:0] eth_txd, eth_rxd;\nwire [63:0] xaui_data;\n");
+    QTest::newRow("instance without ports")
+        << QStringList{QStringLiteral("-protocol_module_name0 quiet")}
+        << QByteArray("module quiet; SERDES_QUAD q (); endmodule\n") << QByteArray();
+}
+
+void tst_HostModGen::verilogCompiles()
+{
+    QFETCH(QStringList, instances);
+    QFETCH(QByteArray, stubs);
+    QFETCH(QByteArray, wires);
+
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString command = dir.filePath(QStringLiteral("serdes.mod"));
+    QVERIFY(IPCore::generateFile(command, header(dir.path(), QStringLiteral("vlg")) + instances,
+                                 nullptr, QString()));
+
+    IPCore::TvModGenProxy proxy;
+    QCOMPARE(proxy.startModGen(command, IPCore::Verilog, false), 0);
+    QVERIFY2(proxy.errorString().isEmpty(), qPrintable(proxy.errorString()));
+
+    const QString top = dir.filePath(QStringLiteral("serdes_top.v"));
+    const QString tmpl = dir.filePath(QStringLiteral("serdes_top_tmp.v"));
+    QVERIFY(writeFile(dir.filePath(QStringLiteral("stubs.v")), stubs));
+    QString error
+        = compile(QStringLiteral("serdes_top"),
+                  {top, QStringLiteral("stubs.v"), QString::fromLatin1(PRIMITIVES)}, dir.path());
+    QVERIFY2(error.isEmpty(), qPrintable(error));
+
+    // The template instantiates the top as it is, and the top has exactly the
+    // ports the command file describes: iverilog warns of any width that differs.
+    QVERIFY(writeFile(dir.filePath(QStringLiteral("user.v")),
+                      "module user;\n" + wires + "`include \"serdes_top_tmp.v\"\nendmodule\n"));
+    error = compile(
+        QStringLiteral("user"),
+        {QStringLiteral("user.v"), top, QStringLiteral("stubs.v"), QString::fromLatin1(PRIMITIVES)},
+        dir.path());
+    QVERIFY2(error.isEmpty(), qPrintable(error));
+
+    QVERIFY(QString::fromUtf8(readAll(tmpl)).contains(QStringLiteral("RK9C-880D")));
+}
+
+void tst_HostModGen::vhdl()
+{
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString command = dir.filePath(QStringLiteral("serdes.mod"));
+    const QStringList lines = header(dir.path(), QStringLiteral("vhdl"))
+                              + QStringList{QStringLiteral("-protocol_module_name0 eth"),
+                                            QStringLiteral("-eth_port input 4 txd"),
+                                            QStringLiteral("-eth_port output 1 ready"),
+                                            QStringLiteral("-eth_param LANES 2")};
+    QVERIFY(IPCore::generateFile(command, lines, nullptr, QString()));
+
+    IPCore::TvModGenProxy proxy;
+    QCOMPARE(proxy.startModGen(command, IPCore::VHDL, false), 0);
+    QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("serdes_top.v"))));
+    const QString top = QString::fromUtf8(readAll(dir.filePath(QStringLiteral("serdes_top.vhd"))));
+    const QString tmpl
+        = QString::fromUtf8(readAll(dir.filePath(QStringLiteral("serdes_top_tmp.vhd"))));
+    for (const char *expected :
+         {"entity serdes_top is", "eth_txd : in std_logic_vector(3 downto 0);",
+          "eth_ready : out std_logic", "LANES : integer", "u_eth : eth", "LANES => 2",
+          "txd => eth_txd,", "ready => eth_ready", "end architecture structure;"})
+        QVERIFY2(top.contains(QLatin1String(expected)), expected);
+    QVERIFY(tmpl.contains(QStringLiteral("component serdes_top is")));
+    QVERIFY(tmpl.contains(QStringLiteral("eth_ready => eth_ready")));
+}
+
+void tst_HostModGen::refusals_data()
+{
+    QTest::addColumn<QStringList>("lines");
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QStringList>("expected");
+    QTest::addColumn<QString>("replace");
+    QTest::addColumn<QString>("by");
+
+    // The header takes lines 1 to 11; the first instance line is line 12.
+    const QStringList eth = {QStringLiteral("-protocol_module_name0 eth")};
+    auto row = [&](const char *name, const QStringList &more, const QStringList &expected,
+                   int type = IPCore::Verilog, const QString &replace = QString(),
+                   const QString &by = QString()) {
+        QTest::newRow(name) << QStringList(eth + more) << type << expected << replace << by;
+    };
+    row("no dash", {QStringLiteral("eth_port input 1 a")},
+        {QStringLiteral("line 13: not of the form \"-key value\": \"eth_port input 1 a\"")});
+    row("bad direction", {QStringLiteral("-eth_port in 1 a")},
+        {QStringLiteral("line 13: direction"), QStringLiteral("\"-eth_port in 1 a\"")});
+    row("zero width", {QStringLiteral("-eth_port input 0 a")}, {QStringLiteral("line 13: width")});
+    row("bad parameter", {QStringLiteral("-eth_param N 4'b1")},
+        {QStringLiteral("line 13: value must be")});
+    row("unknown instance line", {QStringLiteral("-eth_clock 1")},
+        {QStringLiteral("line 13: unknown instance line")});
+    row("line of another module", {QStringLiteral("-pcie_port input 1 a")},
+        {QStringLiteral("line 13: not a line of instance \"eth\"")});
+    row("numbering gap", {QStringLiteral("-protocol_module_name2 xaui")},
+        {QStringLiteral("line 13: instance number 1 expected")});
+    row("module twice", {QStringLiteral("-protocol_module_name1 eth")},
+        {QStringLiteral("line 13: module named by an earlier instance")});
+    row("top port clash",
+        {QStringLiteral("-eth_port input 1 tx_d"), QStringLiteral("-protocol_module_name1 eth_tx"),
+         QStringLiteral("-eth_tx_port output 1 d")},
+        {QStringLiteral("port \"eth_tx_d\" clashes with port \"eth_tx_d\"")});
+    row("all errors of a pass",
+        {QStringLiteral("-eth_port input x a"), QStringLiteral("-eth_port input 1 ok"),
+         QStringLiteral("-eth_frobnicate")},
+        {QStringLiteral("line 13: width"), QStringLiteral("line 15: unknown instance line")});
+    row("file type contradicts language", {}, {QStringLiteral("contradicts the requested VHDL")},
+        IPCore::VHDL);
+    row("no module name", {}, {QStringLiteral("no \"-mod_name\" line")}, IPCore::Verilog,
+        QStringLiteral("-mod_name"), QString());
+    row("no output directory", {}, {QStringLiteral("does not exist")}, IPCore::Verilog,
+        QStringLiteral("-path"), QStringLiteral("-path gone/"));
+    row("unreadable command file", {}, {QStringLiteral("Cannot read")}, IPCore::Verilog,
+        QStringLiteral("*"), QString());
+}
+
+void tst_HostModGen::refusals()
+{
+    QFETCH(QStringList, lines);
+    QFETCH(int, type);
+    QFETCH(QStringList, expected);
+    QFETCH(QString, replace);
+    QFETCH(QString, by);
+
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString command = dir.filePath(QStringLiteral("serdes.mod"));
+    QStringList all = header(dir.path(), QStringLiteral("vlg")) + lines;
+    for (QString &line : all) {
+        if (!replace.isEmpty() && line.startsWith(replace))
+            line = by;
+    }
+    if (replace == QLatin1String("*"))
+        QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("serdes.mod")));
+    else
+        QVERIFY(IPCore::generateFile(command, all, nullptr, QString()));
+
+    // Without widgets the host reports on the message handler.
+    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(QStringLiteral("serdes\\.mod")));
+    IPCore::TvModGenProxy proxy;
+    QVERIFY(proxy.startModGen(command, IPCore::FileType(type), false) != 0);
+    for (const QString &text : expected)
+        QVERIFY2(proxy.errorString().contains(text), qPrintable(proxy.errorString()));
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot),
+             QStringList{QStringLiteral("serdes.mod")});
+}
+
+QTEST_GUILESS_MAIN(tst_HostModGen)
+#include "tst_hostmodgen.moc"
