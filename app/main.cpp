@@ -13,6 +13,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QTextStream>
+#include <QTimer>
 
 #include <memory>
 
@@ -83,8 +84,12 @@ int main(int argc, char *argv[])
     const QCommandLineOption deviceOption(QStringLiteral("device"),
                                           QStringLiteral("The target device."),
                                           QStringLiteral("id"));
+    const QCommandLineOption openOption(QStringLiteral("open"),
+                                        QStringLiteral("Open a configuration file."),
+                                        QStringLiteral("file"));
     parser.addOption(listOption);
     parser.addOption(deviceOption);
+    parser.addOption(openOption);
 
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
@@ -106,6 +111,7 @@ int main(int argc, char *argv[])
 
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("IP Core Generator"));
+    QApplication::setOrganizationName(QStringLiteral("ipcoregen"));
     QString error;
     const DEV::DeviceArg device = chosenDevice(deviceId, &error);
     if (!device.isValid()) {
@@ -116,5 +122,9 @@ int main(int argc, char *argv[])
     catalogue->load(CoreCatalogue::defaultRoot());
     MainWindow window(catalogue.get(), device.id);
     window.show();
+    if (parser.isSet(openOption)) {
+        const QString file = parser.value(openOption);
+        QTimer::singleShot(0, &window, [&window, file] { window.openConfigurationFile(file); });
+    }
     return app.exec();
 }

@@ -11,7 +11,13 @@
 #include <te/flowmanager.h>
 #include <te/taskengine.h>
 
+#include <QAction>
 #include <QComboBox>
+#include <QFileDialog>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QSettings>
 #include <QDir>
 #include <QDockWidget>
 #include <QFile>
@@ -39,9 +45,24 @@ MainWindow::MainWindow(const CoreCatalogue *catalogue, const QString &deviceId, 
     , m_cores(new QTreeWidget)
     , m_editors(new QTabWidget)
     , m_results(new QListWidget)
+    , m_recentMenu(new QMenu(QStringLiteral("Open &Recent"), this))
 {
     setWindowTitle(QStringLiteral("IP Core Generator"));
     resize(1100, 700);
+
+    QMenu *fileMenu = menuBar()->addMenu(QStringLiteral("&File"));
+    QAction *newAction = fileMenu->addAction(QStringLiteral("&New Core..."), this,
+                                             &MainWindow::newCore, QKeySequence::New);
+    newAction->setObjectName(QStringLiteral("newAction"));
+    QAction *openAction = fileMenu->addAction(QStringLiteral("&Open Configuration..."), this,
+                                              &MainWindow::openConfiguration,
+                                              QKeySequence::Open);
+    openAction->setObjectName(QStringLiteral("openAction"));
+    m_recentMenu->setObjectName(QStringLiteral("recentMenu"));
+    fileMenu->addMenu(m_recentMenu);
+    fileMenu->addSeparator();
+    fileMenu->addAction(QStringLiteral("&Quit"), this, &QWidget::close, QKeySequence::Quit);
+    fillRecentMenu();
 
     auto *toolBar = addToolBar(QStringLiteral("Device"));
     toolBar->setObjectName(QStringLiteral("deviceToolBar"));
@@ -54,12 +75,16 @@ MainWindow::MainWindow(const CoreCatalogue *catalogue, const QString &deviceId, 
         m_devices->addItem(QStringLiteral("%1   %2").arg(device.id, device.family), device.id);
     m_devices->setCurrentIndex(qMax(0, m_devices->findData(deviceId)));
     toolBar->addWidget(m_devices);
+    toolBar->addSeparator();
+    toolBar->addAction(newAction);
+    toolBar->addAction(openAction);
 
     m_cores->setObjectName(QStringLiteral("coreTree"));
     m_cores->setHeaderLabels({QStringLiteral("Name"), QStringLiteral("Version"),
                               QStringLiteral("Category"), QStringLiteral("ID")});
     m_cores->setRootIsDecorated(false);
     m_cores->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    connect(m_cores, &QTreeWidget::itemDoubleClicked, this, &MainWindow::newCore);
 
     m_editors->setObjectName(QStringLiteral("editorTabs"));
     m_editors->setTabsClosable(true);
@@ -161,4 +186,93 @@ void MainWindow::showFile(const QString &fileName)
 void MainWindow::addResult(const QString &path, const QString &tag)
 {
     m_results->addItem(QStringLiteral("%1   %2").arg(tag, QDir::toNativeSeparators(path)));
+}
+
+IPCore::BaseIPCore *MainWindow::selectedCore() const
+{
+    const QTreeWidgetItem *item = m_cores->currentItem();
+    if (!item)
+        return nullptr;
+    const QString id = item->text(IdColumn);
+    for (const CoreCatalogue::Entry &entry : m_catalogue->entries()) {
+        if (entry.core->id() == id)
+            return entry.core;
+    }
+    return nullptr;
+}
+
+void MainWindow::newCore()
+{
+    IPCore::BaseIPCore *core = selectedCore();
+    const DEV::DeviceArg device
+        = Core::IdeCore::deviceDataBase()->findByID(m_devices->currentData().toString());
+    if (!core) {
+        QMessageBox::information(this, QStringLiteral("New Core"),
+                                 QStringLiteral("Select a core in the catalogue first."));
+        return;
+    }
+    if (!core->isSupported(device)) {
+        QMessageBox::information(this, QStringLiteral("New Core"),
+                                 QStringLiteral("%1 is not available for the %2 family.")
+                                     .arg(core->name(), device.family));
+        return;
+    }
+    const QString dir = QFileDialog::getExistingDirectory(
+        this, QStringLiteral("Create %1 In").arg(core->name()), QDir::homePath());
+    if (dir.isEmpty())
+        return;
+    core->create(dir, device);
+}
+
+void MainWindow::openConfiguration()
+{
+    const QString file = QFileDialog::getOpenFileName(
+        this, QStringLiteral("Open Configuration"), QDir::homePath(),
+        QStringLiteral("IP configurations (*.ipc)"));
+    if (!file.isEmpty())
+        openConfigurationFile(file);
+}
+
+bool MainWindow::openConfigurationFile(const QString &file)
+{
+    const QFileInfo info(file);
+    if (!info.isFile()) {
+        QMessageBox::warning(this, QStringLiteral("Open Configuration"),
+                             QStringLiteral("\"%1\" does not exist.")
+                                 .arg(QDir::toNativeSeparators(file)));
+        return false;
+    }
+    const QString type = QSettings(file, QSettings::IniFormat).value(QStringLiteral("type")).toString();
+    for (const CoreCatalogue::Entry &entry : m_catalogue->entries()) {
+        if (entry.core->id() == type) {
+            rememberRecent(info.absoluteFilePath());
+            entry.core->open(info.absolutePath(), info.absoluteFilePath());
+            return true;
+        }
+    }
+    QMessageBox::warning(this, QStringLiteral("Open Configuration"),
+                         QStringLiteral("No installed core reads \"%1\": it was made by \"%2\".")
+                             .arg(QDir::toNativeSeparators(file), type));
+    return false;
+}
+
+void MainWindow::rememberRecent(const QString &file)
+{
+    QSettings settings;
+    QStringList recent = settings.value(QStringLiteral("recentConfigurations")).toStringList();
+    recent.removeAll(file);
+    recent.prepend(file);
+    settings.setValue(QStringLiteral("recentConfigurations"), QStringList(recent.mid(0, 8)));
+    fillRecentMenu();
+}
+
+void MainWindow::fillRecentMenu()
+{
+    m_recentMenu->clear();
+    const QStringList recent = QSettings().value(QStringLiteral("recentConfigurations")).toStringList();
+    for (const QString &file : recent) {
+        m_recentMenu->addAction(QDir::toNativeSeparators(file), this,
+                                [this, file] { openConfigurationFile(file); });
+    }
+    m_recentMenu->setEnabled(!recent.isEmpty());
 }

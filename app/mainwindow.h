@@ -6,11 +6,16 @@
 class CoreCatalogue;
 class QComboBox;
 class QListWidget;
+class QMenu;
 class QTabWidget;
 class QTreeWidget;
 
 namespace DEV {
 class DeviceDb;
+}
+
+namespace IPCore {
+class BaseIPCore;
 }
 
 // The generator's window: a device chooser, the catalogue of cores for that
@@ -26,8 +31,19 @@ public:
 
     static QStringList deviceIds(const DEV::DeviceDb &db);
 
+public slots:
+    // Runs the selected core's dialog for a new core in a chosen directory.
+    void newCore();
+    // Asks for a configuration file and opens it with the core it names.
+    void openConfiguration();
+    // Opens a configuration file with the core whose id its "type" names.
+    bool openConfigurationFile(const QString &file);
+
 private:
     void fillCatalogue();
+    IPCore::BaseIPCore *selectedCore() const;
+    void rememberRecent(const QString &file);
+    void fillRecentMenu();
     void showFile(const QString &fileName);
     void addResult(const QString &path, const QString &tag);
 
@@ -36,4 +52,5 @@ private:
     QTreeWidget *m_cores;
     QTabWidget *m_editors;
     QListWidget *m_results;
+    QMenu *m_recentMenu;
 };

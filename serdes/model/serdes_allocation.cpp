@@ -182,6 +182,8 @@ PLL *linePll(const LINE *line)
 
 bool serdes::addItem(Message *msg, QString &err)
 {
+    if (!msg)
+        return false;
     if (!msg->check())
         return fail(err, "check error");
     if (msg->type == QLatin1String("BCDR"))
@@ -226,6 +228,8 @@ bool serdes::addItem(Message *msg, QString &err)
 
 bool serdes::addItemForRxConnectPll(Message *msg, QString &err)
 {
+    if (!msg)
+        return false;
     if (!msg->check())
         return fail(err, "check error");
 
@@ -270,7 +274,7 @@ bool serdes::addItemForRxConnectPll(Message *msg, QString &err)
 bool serdes::deleteItem(Message *msg, QString &err)
 {
     Q_UNUSED(err)
-    if (!msg->check())
+    if (!msg || !msg->check())
         return false;
     for (const QString &lane : qAsConst(msg->lanes))
         resetLane(lane, true);

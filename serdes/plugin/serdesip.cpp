@@ -3,6 +3,9 @@
 
 #include "plugin/serdesipconstants.h"
 
+#include "page/serdesipdlg.h"
+
+#include <core/viewmanager.h>
 #include <ipcore/ipinfospec.h>
 
 namespace IPSERDESIP {
@@ -15,16 +18,16 @@ serdesip::~serdesip() = default;
 
 void serdesip::create(const QString &path, const DEV::DeviceArg &device)
 {
-    Q_UNUSED(device)
-    qWarning("The SerDes page is not part of this build; nothing was created in \"%s\".",
-             qPrintable(path));
+    serdesipdlg dialog(ipInfo, Core::ViewManager::dialogParent());
+    dialog.setCreating(path, device);
+    dialog.exec();
 }
 
 void serdesip::open(const QString &path, const QString &file)
 {
-    Q_UNUSED(path)
-    qWarning("The SerDes page is not part of this build; \"%s\" was not opened.",
-             qPrintable(file));
+    serdesipdlg dialog(ipInfo, Core::ViewManager::dialogParent());
+    if (dialog.setOpening(path, file))
+        dialog.exec();
 }
 
 bool serdesip::initilize()

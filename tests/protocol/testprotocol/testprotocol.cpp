@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "testprotocol.h"
 
+#include <model/serdes.h>
 #include <protocol/message.h>
 
 #include <QDir>
@@ -9,20 +10,36 @@
 QMap<QString, QVariant> TestProtocol::create(const QString &createPath,
                                              const DEV::DeviceArg &device)
 {
-    Q_UNUSED(createPath)
-    // One whole lane on the first quad PLL: what any tier can give.
+    IPSERDESIP::serdes *model = IPSERDESIP::serdes::instance();
+    const QStringList free = model->notOccupiedLanes();
+    if (free.isEmpty())
+        return {};
+    int n = 1;
+    while (model->moduleNames.contains(QStringLiteral("test_%1").arg(n)))
+        ++n;
+    const QString name = QStringLiteral("test_%1").arg(n);
+    const QString lane = free.first().toUpper().replace(QLatin1Char(' '), QLatin1Char('_'));
+    const QString quad = lane.left(2);
+
     QMap<QString, QVariant> args;
-    args.insert(QStringLiteral("module"), QStringLiteral("test_inst"));
-    args.insert(QStringLiteral("file"), QStringLiteral("test_inst"));
+    args.insert(QStringLiteral("name"), name);
+    args.insert(QStringLiteral("module"), name);
+    args.insert(QStringLiteral("file"), name);
+    args.insert(QStringLiteral("dir"), createPath);
     args.insert(QStringLiteral("device"), device.id);
     args.insert(QStringLiteral("rows"),
-                QStringList{QStringLiteral("Q0_LANE0 Q0_QPLL0 Q0_REFCLK0 156.25 10.3125 0 0")});
+                QStringList{QStringLiteral("%1 %2_QPLL0 %2_REFCLK0 156.25 10.3125 0 0")
+                                .arg(lane, quad)});
     return args;
 }
 
 QMap<QString, QVariant> TestProtocol::edit(const QMap<QString, QVariant> &args)
 {
-    return args;
+    if (!args.contains(QStringLiteral("editRows")))
+        return {};
+    QMap<QString, QVariant> changed = args;
+    changed.insert(QStringLiteral("rows"), changed.take(QStringLiteral("editRows")));
+    return changed;
 }
 
 IPSERDESIP::Message *TestProtocol::createMessage(const QMap<QString, QVariant> &args)

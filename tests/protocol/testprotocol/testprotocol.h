@@ -9,11 +9,17 @@
 // path as a real protocol.
 //
 // Keys of the map:
+//   "name"             the instance's name
 //   "module", "file"   the instance's module and file names
 //   "type"             the request's type; the protocol's name when missing
 //   "rows"             one string a row: "LANE PLL REF FREQ RATE RXRATE TXRATE [OPTION]"
+//   "editRows"         the rows an edit changes to; without them an edit is cancelled
 //   "ini", "csr", "mod" the lines generate() hands on
 //   "fail"             generate() returns false when true
+//
+// create() makes what a user would get by accepting a dialog's proposals: the
+// next free name "test_<n>", and the first free lane, whole, on the quad's
+// QPLL0 from its REFCLK0 at 156.25.
 class TestProtocol : public IPSERDESIP::BaseProtocol
 {
     Q_OBJECT

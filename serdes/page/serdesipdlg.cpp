@@ -1,0 +1,592 @@
+// SPDX-License-Identifier: MIT
+#include "page/serdesipdlg.h"
+
+#include "model/serdes.h"
+#include "model/serdesip_common.h"
+#include "plugin/serdesipconstants.h"
+#include "protocol/baseprotocol.h"
+#include "protocol/m_treecomboboxwidget.h"
+#include "protocol/message.h"
+#include "protocol/protocolpackage.h"
+#include "reconfig/reconfiguration.h"
+#include "translate/parser.h"
+#include "views/clockschematicview.h"
+#include "views/serdesview.h"
+
+#include "ui_microsysipgendlg.h"
+#include "ui_serdesipdlg.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QMessageBox>
+#include <QPluginLoader>
+#include <QSettings>
+#include <QStyleFactory>
+#include <QVBoxLayout>
+#include <QWebPage>
+#include <QWebView>
+#include <QtDebug>
+
+namespace IPSERDESIP {
+
+namespace {
+
+// Keys under which protocols leave per-instance flags in the model's store;
+// each ends in the instance's module name.
+const char *const SIDE_KEY_PREFIXES[] = {"jesd204bCheckDRP_", SRIOHAVE_X2_FALSE, SRIOHAVE_X2_TRUE};
+
+// Whether `key` is `prefix` followed by `module`, the way the store's
+// families are recognised: every occurrence of the prefix is taken out.
+bool isSideKey(const QString &key, const char *prefix, const QString &module)
+{
+    const QLatin1String p(prefix);
+    return key.startsWith(p) && QString(key).remove(p) == module;
+}
+
+// Saved with a cancelled edit's side-keys: nothing was there to restore.
+const int NO_DRP_SAVED = 99;
+
+struct HelpRow
+{
+    const char *name;
+    const char *categories[3];
+    const char *version;
+    const char *helpFile;
+};
+
+// Protocols the chooser lists for their help pages alone.
+const HelpRow HELP_ONLY_ROWS[] = {
+    {"XAUI", {"Serdes", "Telecommunication", "Ethernet"}, "1.0", "xaui.html"},
+    {"eDP RX", {"Serdes", "Video", nullptr}, "1.0", "edp_rx_information.html"},
+    {"eDP TX", {"Serdes", "Video", nullptr}, "1.0", "edp_tx_information.html"},
+};
+
+QMap<QString, QVariant> readGroup(QSettings &settings, const QString &group)
+{
+    QMap<QString, QVariant> entries;
+    settings.beginGroup(group);
+    const QStringList keys = settings.childKeys();
+    for (const QString &key : keys)
+        entries.insert(key, settings.value(key));
+    settings.endGroup();
+    return entries;
+}
+
+void showOkBox(QWidget *parent, QMessageBox::Icon icon, const QString &title,
+               const QString &text)
+{
+    QMessageBox box(icon, title, text, QMessageBox::Ok, parent);
+    box.setWindowIcon(QIcon(QStringLiteral("://image/module.png")));
+    if (icon == QMessageBox::NoIcon)
+        box.setIconPixmap(QPixmap(QStringLiteral("://image/exclamation.png")));
+    box.exec();
+}
+
+} // namespace
+
+serdesipdlg::serdesipdlg(const QMap<QString, QVariant> &info, QWidget *parent)
+    : MicroSysIPGenDlg(parent)
+    , m_info(info)
+    , m_ui(new Ui_Serdesipdlg)
+{
+    m_info.detach();
+    // No model of an earlier dialog may leak into this one.
+    serdes::destory();
+    m_tree = new M_TreeComboBoxWidget(this);
+    auto *page = new QWidget;
+    m_ui->setupUi(page);
+    uiAddWidget(page);
+    m_view = new serdesView(this);
+    auto *layout = new QVBoxLayout;
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_view);
+    m_ui->widget->setLayout(layout);
+}
+
+serdesipdlg::~serdesipdlg()
+{
+    delete m_schematic;
+    m_schematic = nullptr;
+    delete m_reconfig;
+    m_reconfig = nullptr;
+    delete m_ui;
+    // The tree owns the chooser's set of protocols.
+    delete m_tree;
+    m_tree = nullptr;
+    qDeleteAll(m_protocols);
+    m_protocols.clear();
+    // Only now that every protocol object is gone may their code go.
+    for (QPluginLoader *loader : qAsConst(m_loaders)) {
+        loader->unload();
+        delete loader;
+    }
+    m_loaders.clear();
+    qDeleteAll(m_messages);
+    m_messages.clear();
+    parser::destory();
+    serdes::destory();
+}
+
+void serdesipdlg::dialogDidPrepare()
+{
+    serdes::instance()->initilize(device().family);
+    parser::instance()->initialize(device().family);
+    initTree();
+    m_view->setDevice(device());
+    m_view->initDisplayView();
+
+    m_tree->expandAll();
+    m_tree->header()->hide();
+    M_ComboBox *combo = m_ui->comboBoxTree;
+    if (QStyle *style = QStyleFactory::create(QStringLiteral("windows"))) {
+        style->setParent(combo);
+        combo->setStyle(style);
+    }
+    combo->setMaxVisibleItems(15);
+    combo->setModel(m_tree->model());
+    combo->setView(m_tree);
+
+    connect(m_tree, &M_TreeComboBoxWidget::mousepress, combo, &M_ComboBox::onmousepress);
+    connect(m_ui->pushButtonCreate, &QPushButton::clicked, this,
+            &serdesipdlg::onCreateButtonClidked);
+    connect(m_tree, &QTreeWidget::itemSelectionChanged, this, &serdesipdlg::onSelectIP);
+    m_webView->page()->setLinkDelegationPolicy(QWebPage::DelegateExternalLinks);
+    connect(m_webView->page(), &QWebPage::linkClicked, this, &MicroSysIPGenDlg::onLinkClicked);
+
+    // The row shown first: the first protocol of the second folder of the
+    // tree's first folder. Positions that do not exist give an invalid index,
+    // and then nothing is preselected.
+    QAbstractItemModel *model = m_tree->model();
+    QModelIndex row = model->index(0, 0);
+    row = model->index(1, 0, row);
+    row = model->index(0, 0, row);
+    row = model->index(0, 0, row);
+    combo->setRootModelIndex(row.parent());
+    combo->setModelColumn(row.column() < 0 ? 0 : row.column());
+    combo->setCurrentIndex(row.row());
+    combo->setRootModelIndex(QModelIndex());
+    m_tree->setCurrentIndex(row);
+
+    connect(m_view, &serdesView::sigEditItem, this, &serdesipdlg::editIP);
+    connect(m_view, &serdesView::sigDeleteItem, this, &serdesipdlg::deleteIP);
+    Ui_MicroSysIPGenDlg *frame = MicroSysIPGenDlg::m_ui;
+    connect(frame->buttonViewClock, &QPushButton::clicked, this,
+            &serdesipdlg::showClockSchematic);
+    connect(frame->pushButtonReconfiguration, &QPushButton::clicked, this,
+            &serdesipdlg::showReconfiguration);
+}
+
+void serdesipdlg::initTree()
+{
+    // Plug-ins lie exactly one folder below IPlib.
+    const QDir ipLib(QDir::cleanPath(QCoreApplication::applicationDirPath()
+                                     + QStringLiteral("/../ipcore/SERDES_IP/IPlib")));
+    QStringList paths;
+    const QStringList folders = ipLib.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::NoSort);
+    for (const QString &folder : folders) {
+        const QDir dir(ipLib.absoluteFilePath(folder));
+        const QStringList files = dir.entryList(QStringList(QLatin1String(IP_FILE_FILTER)),
+                                                QDir::Files, QDir::NoSort);
+        for (const QString &file : files)
+            paths << dir.absoluteFilePath(file);
+    }
+
+    for (const QString &path : qAsConst(paths)) {
+        auto *loader = new QPluginLoader(path);
+        if (!loader->load()) {
+            qCritical() << "Can not load IP file: " << path;
+            qCritical() << "Can not load IP file: " << loader->errorString();
+            delete loader;
+            continue;
+        }
+        auto *package = qobject_cast<ProtocolPackage *>(loader->instance());
+        if (!package) {
+            qCritical() << "No IP Pakcgae entry found in file: " << path;
+            loader->unload();
+            delete loader;
+            continue;
+        }
+        package->path = QFileInfo(path).absolutePath();
+        m_protocols << package->protocols();
+        m_loaders << loader;
+        // A second set for the chooser, which owns it.
+        const QList<BaseProtocol *> chooserSet = package->protocols();
+        for (BaseProtocol *protocol : chooserSet)
+            m_tree->insertIPCoreList(protocol, device());
+    }
+
+    for (const HelpRow &row : HELP_ONLY_ROWS) {
+        QStringList categories;
+        for (const char *category : row.categories) {
+            if (category)
+                categories << QLatin1String(category);
+        }
+        m_tree->insertIPCore(QLatin1String(row.name), categories, QLatin1String(row.version),
+                             QLatin1String(row.helpFile));
+    }
+}
+
+void serdesipdlg::onCreateButtonClidked()
+{
+    createIP(m_ui->comboBoxTree->currentText());
+}
+
+void serdesipdlg::createIP(QString name)
+{
+    BaseProtocol *proto = m_tree->getIPCoreByName(name);
+    if (!proto || !proto->isSupported(device()))
+        return;
+    const QMap<QString, QVariant> args = proto->create(createPath(), device());
+    if (args.isEmpty())
+        return;
+    Message *msg = proto->createMessage(args);
+    if (!msg)
+        return;
+    addIP(msg, proto, args);
+}
+
+double serdesipdlg::chooseHue() const
+{
+    // The counter rises with every message visited, not with every clash,
+    // so that a clash jumps further along the sequence of hues.
+    int n = m_messages.size();
+    double candidate = getH(n);
+    for (bool clash = true; clash;) {
+        clash = false;
+        for (const Message *msg : m_messages) {
+            ++n;
+            if (msg->h == candidate) {
+                candidate = getH(n);
+                clash = true;
+                break;
+            }
+        }
+    }
+    return candidate;
+}
+
+void serdesipdlg::showModelError(const QString &err)
+{
+    QMessageBox::critical(this, QStringLiteral("Error"), err, QMessageBox::Ok);
+}
+
+void serdesipdlg::addIP(Message *msg, BaseProtocol *proto, const QMap<QString, QVariant> &args)
+{
+    msg->h = chooseHue();
+    QString err;
+    if (!serdes::instance()->addItem(msg, err)) {
+        showModelError(err);
+        delete msg;
+        return;
+    }
+    const QString name = msg->name;
+    // A second instance of the same name replaces the first on the page; the
+    // model keeps what the first one holds.
+    if (Message *replaced = m_messages.value(name, nullptr)) {
+        m_view->deleteItem(replaced);
+        delete replaced;
+    }
+    m_owners.insert(name, proto);
+    m_args.insert(name, args);
+    m_messages.insert(name, msg);
+    m_view->addItem(msg);
+}
+
+void serdesipdlg::editIP(QString name)
+{
+    if (!m_owners.contains(name))
+        return;
+    Message *msg = m_messages.value(name, nullptr);
+    QString err;
+    if (!serdes::instance()->deleteItem(msg, err)) {
+        showModelError(err);
+        return;
+    }
+    m_messages.remove(name);
+    BaseProtocol *proto = m_owners.take(name);
+    const QMap<QString, QVariant> oldArgs = m_args.take(name);
+    m_view->deleteItem(msg);
+
+    // The protocol's flags in the model's store go out with the instance and
+    // come back only if the edit is cancelled.
+    serdes *model = serdes::instance();
+    const QString module = msg->module;
+    int savedDrp = NO_DRP_SAVED;
+    QString savedX2False;
+    QString savedX2True;
+    const QStringList keys = model->data.keys();
+    for (const QString &key : keys) {
+        if (isSideKey(key, SIDE_KEY_PREFIXES[0], module)) {
+            savedDrp = model->getData(key).toInt();
+            model->removeData(key);
+        }
+        if (isSideKey(key, SIDE_KEY_PREFIXES[1], module)) {
+            savedX2False = model->getData(key).toString();
+            model->removeData(key);
+        }
+        if (isSideKey(key, SIDE_KEY_PREFIXES[2], module)) {
+            savedX2True = model->getData(key).toString();
+            model->removeData(key);
+        }
+    }
+
+    QMap<QString, QVariant> newArgs = proto->edit(oldArgs);
+    if (!newArgs.isEmpty()) {
+        delete msg;
+        msg = proto->createMessage(newArgs);
+        if (!msg)
+            return;
+    } else {
+        newArgs = oldArgs;
+        if (savedDrp != NO_DRP_SAVED)
+            model->setData(QLatin1String(SIDE_KEY_PREFIXES[0]) + module, savedDrp);
+        if (!savedX2False.isEmpty())
+            model->setData(QLatin1String(SIDE_KEY_PREFIXES[1]) + module, savedX2False);
+        if (!savedX2True.isEmpty())
+            model->setData(QLatin1String(SIDE_KEY_PREFIXES[2]) + module, savedX2True);
+    }
+    addIP(msg, proto, newArgs);
+}
+
+void serdesipdlg::deleteIP(QString name)
+{
+    Message *msg = m_messages.value(name, nullptr);
+    QString err;
+    if (!serdes::instance()->deleteItem(msg, err)) {
+        showModelError(err);
+        return;
+    }
+    const QString module = msg->module;
+    m_messages.remove(name);
+    m_owners.remove(name);
+    m_args.remove(name);
+    m_view->deleteItem(msg);
+    delete msg;
+
+    serdes *model = serdes::instance();
+    const QStringList keys = model->data.keys();
+    for (const QString &key : keys) {
+        for (const char *prefix : SIDE_KEY_PREFIXES) {
+            if (isSideKey(key, prefix, module))
+                model->removeData(key);
+        }
+    }
+}
+
+void serdesipdlg::onSelectIP()
+{
+    QTreeWidgetItem *item = m_tree->currentItem();
+    if (!item || !item->treeWidget() || !item->isSelected())
+        return;
+    const QVariant data = item->data(0, M_TreeComboBoxWidget::ProtocolRole);
+    if (item->type() == M_TreeComboBoxWidget::ProtocolItem) {
+        if (auto *proto = data.value<BaseProtocol *>())
+            showIPView(proto);
+    } else if (item->type() == M_TreeComboBoxWidget::HelpOnlyItem) {
+        showIPView(data.toString());
+    }
+}
+
+QList<QPair<QString, QString>> serdesipdlg::getConnectListFromToml()
+{
+    QList<QPair<QString, QString>> connections;
+    const QMap<QString, QStringList> routes = serdes::instance()->allAccess();
+    for (QStringList route : routes) {
+        // The bridge joins its neighbours; it is no node of its own.
+        route.removeOne(QLatin1String(MUX_Q0_TO_Q1));
+        for (int k = 0; k + 1 < route.size(); ++k)
+            connections << qMakePair(route.at(k + 1), route.at(k));
+    }
+    return connections;
+}
+
+void serdesipdlg::showClockSchematic()
+{
+    if (!m_schematic)
+        m_schematic = new clockSchematicView(device(), this);
+    m_schematic->setConnectionList(getConnectListFromToml());
+    m_schematic->updateView();
+    m_schematic->setVisible(true);
+}
+
+void serdesipdlg::showReconfiguration()
+{
+    if (!m_reconfig) {
+        m_reconfig = new reconfiguration(this);
+        m_reconfig->setDevice(device());
+    }
+    // The export is offered beside the core's other outputs.
+    m_reconfig->setExportDirectory(createPath());
+    m_reconfig->dialogDidPrepare();
+    m_reconfig->setVisible(true);
+}
+
+void serdesipdlg::accept()
+{
+    if (m_args.isEmpty()) {
+        QMessageBox::warning(this, QStringLiteral("Warning"),
+                             QStringLiteral("need to generate Protocol IP"), QMessageBox::Ok);
+        return;
+    }
+    serdes::instance()->setWorkingDir(createPath());
+    if (!setupArgs())
+        return;
+    QDialog::accept();
+}
+
+bool serdesipdlg::setupArgs()
+{
+    QMap<QString, QVariant> top;
+    top.insert(QLatin1String(IPCore::Info::KEY_IP_DEVICE), device().id);
+    top.insert(QLatin1String(IPCore::Info::KEY_IP_TYPE),
+               m_info.value(QLatin1String(IPCore::Info::KEY_ID)).toString());
+    top.insert(QLatin1String(IPCore::Info::KEY_IP_VERSION), QLatin1String(CUR_VERSION));
+
+    // The model's store is written last and wins: after a reopen it holds the
+    // read file's whole "Config" group.
+    QMap<QString, QVariant> config;
+    config.insert(QLatin1String(SYNTHESIS_TOOL), uiSynthesisTool());
+    config.insert(QLatin1String(LANGUAGE), uiLanguageIndex());
+    config.insert(QLatin1String(FILE_NAME), fileName());
+    config.insert(QLatin1String(MODULE_NAME), moduleName());
+    serdes *model = serdes::instance();
+    for (auto it = model->data.cbegin(); it != model->data.cend(); ++it)
+        config.insert(it.key(), it.value());
+
+    QSettings settings(createPath() + QLatin1Char('/') + fileName() + QStringLiteral(".ipc"),
+                       QSettings::IniFormat);
+    settings.clear();
+    settings.setValue(QLatin1String(IPCore::Info::KEY_IPC_VERSION),
+                      QLatin1String(IPCore::Info::IPC_VERSION_LATEST));
+    for (auto it = top.cbegin(); it != top.cend(); ++it)
+        settings.setValue(it.key(), it.value());
+
+    settings.beginGroup(QLatin1String(IPCore::Info::GROUP_CONFIG));
+    for (auto it = config.cbegin(); it != config.cend(); ++it)
+        settings.setValue(it.key(), it.value());
+    settings.endGroup();
+
+    settings.beginGroup(QLatin1String(ALLACCESS));
+    const QMap<QString, QStringList> routes = model->allAccess();
+    for (auto it = routes.cbegin(); it != routes.cend(); ++it)
+        settings.setValue(it.key(), it.value().join(QStringLiteral(" -> ")));
+    settings.endGroup();
+
+    for (auto it = m_args.cbegin(); it != m_args.cend(); ++it) {
+        const Message *msg = m_messages.value(it.key(), nullptr);
+        settings.beginGroup((msg ? msg->type : QString()) + QLatin1String(NAME_SPLIT) + it.key());
+        const QMap<QString, QVariant> &args = it.value();
+        for (auto arg = args.cbegin(); arg != args.cend(); ++arg)
+            settings.setValue(arg.key(), arg.value());
+        settings.endGroup();
+    }
+    settings.sync();
+    return true;
+}
+
+bool serdesipdlg::parseData(const QString &file)
+{
+    QSettings settings(file, QSettings::IniFormat);
+    const QString version = settings.value(QLatin1String(IPCore::Info::KEY_IP_VERSION)).toString();
+    const QString config = QLatin1String(IPCore::Info::GROUP_CONFIG);
+    if (version == QLatin1String("1.0")) {
+        parseData_v_1_0(readGroup(settings, config));
+        return true;
+    }
+    if (version == QLatin1String("1.1")) {
+        parseData_v_1_1(readGroup(settings, config));
+        return true;
+    }
+    if (version == QLatin1String("1.2")) {
+        const QStringList groups = settings.childGroups();
+        for (const QString &group : groups)
+            parseData_v_1_2(group, readGroup(settings, group));
+        return true;
+    }
+    showOkBox(this, QMessageBox::NoIcon, QStringLiteral("Error"),
+              QStringLiteral("This version of specified IP Config file is incompatible with "
+                             "current IP Core Generator."));
+    return false;
+}
+
+void serdesipdlg::parseData_v_1_2(const QString &group, const QMap<QString, QVariant> &entries)
+{
+    if (group == QLatin1String(IPCore::Info::GROUP_CONFIG)) {
+        serdes::instance()->parseGlobalData(entries);
+        uiSetSynthesisTool(entries.value(QLatin1String(SYNTHESIS_TOOL)).toString());
+        uiSetLanguageIndex(entries.value(QLatin1String(LANGUAGE)).toInt());
+        setFileName(entries.value(QLatin1String(FILE_NAME)).toString());
+        setModuleName(entries.value(QLatin1String(MODULE_NAME)).toString());
+        return;
+    }
+    if (group == QLatin1String("General") || group == QLatin1String(ALLACCESS))
+        return;
+    BaseProtocol *proto = m_tree->getIPCoreByName(group.split(QLatin1String(NAME_SPLIT)).first());
+    if (!proto) {
+        qDebug() << "unknown group name";
+        return;
+    }
+    if (Message *msg = proto->createMessage(entries))
+        addIP(msg, proto, entries);
+}
+
+void serdesipdlg::parseData_v_1_1(const QMap<QString, QVariant> &config)
+{
+    uiSetSynthesisTool(config.value(QLatin1String(SYNTHESIS_TOOL)).toString());
+    uiSetLanguageIndex(config.value(QLatin1String(LANGUAGE)).toInt());
+    setFileName(config.value(QLatin1String(FILE_NAME_OLD)).toString());
+    setModuleName(config.value(QLatin1String(MODULE_NAME_OLD)).toString());
+
+    const QString oldCreateIn = config.value(QLatin1String(CREATEIN)).toString();
+    const QStringList names = config.value(QLatin1String(KEYS)).toStringList();
+    for (const QString &name : names) {
+        QStringList place = config.value(name).toStringList();
+        // An entry is a directory and a file base name; a shorter one names
+        // no file that can exist.
+        while (place.size() < 2)
+            place << QString();
+        // A moved project still finds its instance files where they stood
+        // relative to the directory it was created in.
+        const QString oldPath = place.at(0) + QLatin1Char('/') + place.at(1) + QStringLiteral(".ipc");
+        const QString relative = QDir(oldCreateIn).relativeFilePath(oldPath);
+        const QString path = QFileInfo(uiCreateIn() + QLatin1Char('/') + relative).absoluteFilePath();
+
+        QSettings instance(path, QSettings::IniFormat);
+        const QString type = instance.value(QLatin1String(IPCore::Info::KEY_IP_TYPE)).toString();
+        QMap<QString, QVariant> args = readGroup(instance, QLatin1String(IPCore::Info::GROUP_CONFIG));
+        const QStringList topKeys = instance.childKeys();
+        for (const QString &key : topKeys)
+            args.insert(key, instance.value(key));
+        args.insert(QLatin1String(CREATEIN),
+                    QString(oldCreateIn + QLatin1Char('/')
+                            + args.value(QLatin1String(FILE_NAME)).toString()));
+
+        BaseProtocol *proto = m_tree->getIPCoreById(type);
+        if (!proto) {
+            qDebug() << "unknown group name";
+            return;
+        }
+        Message *msg = proto->createMessage(args);
+        if (!msg)
+            continue;
+        msg->name = name;
+        addIP(msg, proto, args);
+    }
+}
+
+void serdesipdlg::parseData_v_1_0(const QMap<QString, QVariant> &config)
+{
+    // The first layout wrote empty entries for instances without a file; "0"
+    // stands in for what is missing, so that such an entry names a file too.
+    QMap<QString, QVariant> padded = config;
+    const QStringList names = config.value(QLatin1String(KEYS)).toStringList();
+    for (const QString &name : names)
+        padded.insert(name, QVariant(config.value(name).toStringList()
+                                     << QStringLiteral("0") << QStringLiteral("0")
+                                     << QStringLiteral("0")));
+    parseData_v_1_1(padded);
+}
+
+} // namespace IPSERDESIP

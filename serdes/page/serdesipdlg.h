@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "page/microsysipgendlg.h"
+
+#include <QList>
+#include <QMap>
+#include <QPair>
+#include <QVariant>
+
+class QPluginLoader;
+class Ui_Serdesipdlg;
+
+namespace IPSERDESIP {
+
+class BaseProtocol;
+class M_TreeComboBoxWidget;
+class Message;
+class clockSchematicView;
+class reconfiguration;
+class serdesView;
+
+// The SerDes page: one transceiver configuration built up from protocol
+// instances. It loads the protocol plug-ins, fills the chooser, and keeps
+// each instance as three entries under its name (parameters, protocol,
+// request), which it brings in and out of the model and the floorplan
+// together. Ascending name order is the order of instances everywhere.
+class SERDESIP_TEST_EXPORT serdesipdlg : public MicroSysIPGenDlg
+{
+    Q_OBJECT
+
+public:
+    serdesipdlg(const QMap<QString, QVariant> &info, QWidget *parent = nullptr);
+    ~serdesipdlg() override;
+
+    void dialogDidPrepare() override;
+    bool parseData(const QString &file) override;
+
+    // The configuration file: written on OK, read when a core is opened.
+    bool setupArgs();
+    void parseData_v_1_0(const QMap<QString, QVariant> &config);
+    void parseData_v_1_1(const QMap<QString, QVariant> &config);
+    void parseData_v_1_2(const QString &group, const QMap<QString, QVariant> &entries);
+
+    // The clock schematic's wires, from the model's routes: source side first.
+    QList<QPair<QString, QString>> getConnectListFromToml();
+
+    const QMap<QString, QMap<QString, QVariant>> &instanceArgs() const { return m_args; }
+    const QMap<QString, Message *> &instanceMessages() const { return m_messages; }
+
+public slots:
+    void accept() override;
+    void createIP(QString name);
+    void editIP(QString name);
+    void deleteIP(QString name);
+    void onSelectIP();
+    void onCreateButtonClidked();
+    void showClockSchematic();
+    void showReconfiguration();
+
+private:
+    void initTree();
+    // Takes over `msg` if the model accepts it, and frees it if not.
+    void addIP(Message *msg, BaseProtocol *proto, const QMap<QString, QVariant> &args);
+    double chooseHue() const;
+    void showModelError(const QString &err);
+
+    QMap<QString, QVariant> m_info;
+    Ui_Serdesipdlg *m_ui;
+    M_TreeComboBoxWidget *m_tree = nullptr;
+    serdesView *m_view = nullptr;
+    QList<BaseProtocol *> m_protocols;
+    QList<QPluginLoader *> m_loaders;
+    QMap<QString, QMap<QString, QVariant>> m_args;
+    QMap<QString, BaseProtocol *> m_owners;
+    QMap<QString, Message *> m_messages;
+    clockSchematicView *m_schematic = nullptr;
+    reconfiguration *m_reconfig = nullptr;
+};
+
+} // namespace IPSERDESIP

@@ -1,0 +1,348 @@
+// SPDX-License-Identifier: MIT
+//
+// The SerDes page with a real protocol plug-in found where an installed
+// generator keeps them (tests/ipcore/SERDES_IP/IPlib/testprotocol): instances
+// created, edited and deleted, the configuration file written and read back,
+// and the older layouts of that file.
+
+#include "modalanswers.h"
+
+#include "model/serdes.h"
+#include "model/serdesip_common.h"
+#include "page/serdesipdlg.h"
+#include "plugin/serdesipconstants.h"
+#include "protocol/m_treecomboboxwidget.h"
+#include "protocol/message.h"
+
+#include <core/idecore.h>
+#include <dev/devicedb.h>
+
+#include <QDir>
+#include <QLibraryInfo>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace IPSERDESIP;
+
+namespace {
+
+QMap<QString, QVariant> coreInfo()
+{
+    QMap<QString, QVariant> info;
+    info.insert(QLatin1String(IPCore::Info::KEY_ID), QStringLiteral("SERDES_IP"));
+    return info;
+}
+
+DEV::DeviceArg deviceOf(const QString &id)
+{
+    return Core::IdeCore::deviceDataBase()->findByID(id);
+}
+
+QList<double> hues(const serdesipdlg &page)
+{
+    QList<double> list;
+    for (const Message *msg : page.instanceMessages())
+        list << msg->h;
+    return list;
+}
+
+// An instance group as the test protocol writes it.
+QMap<QString, QVariant> instanceArgs(const QString &name, const QStringList &rows)
+{
+    QMap<QString, QVariant> args;
+    args.insert(QStringLiteral("name"), name);
+    args.insert(QStringLiteral("module"), name);
+    args.insert(QStringLiteral("file"), name);
+    args.insert(QStringLiteral("rows"), rows);
+    return args;
+}
+
+void writeIni(const QString &path, const QMap<QString, QVariant> &top,
+              const QMap<QString, QMap<QString, QVariant>> &groups)
+{
+    QSettings settings(path, QSettings::IniFormat);
+    for (auto it = top.cbegin(); it != top.cend(); ++it)
+        settings.setValue(it.key(), it.value());
+    for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
+        settings.beginGroup(group.key());
+        for (auto it = group.value().cbegin(); it != group.value().cend(); ++it)
+            settings.setValue(it.key(), it.value());
+        settings.endGroup();
+    }
+}
+
+} // namespace
+
+class tst_PageSerdesIpDlg : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void discovery();
+    void hueWalk();
+    void editAndDelete();
+    void saveAndReopen();
+    void olderLayouts();
+    void incompatibleFile();
+
+private:
+    QString m_ipLib;
+    std::unique_ptr<QTemporaryDir> m_tmp;
+};
+
+void tst_PageSerdesIpDlg::initTestCase()
+{
+    QLocale::setDefault(QLocale::c());
+    m_ipLib = QDir::cleanPath(QCoreApplication::applicationDirPath()
+                              + QStringLiteral("/../ipcore/SERDES_IP/IPlib"));
+    QVERIFY(QFile::exists(m_ipLib + QStringLiteral("/testprotocol/libtestprotocol.so")));
+    QString error;
+    static DEV::DeviceDb db;
+    QVERIFY2(db.load(QStringLiteral(SERDES_STAGE_DIR "/data/devices/devices.json"), &error),
+             qPrintable(error));
+    Core::IdeCore::setDeviceDataBase(&db);
+}
+
+void tst_PageSerdesIpDlg::init()
+{
+    m_tmp = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_tmp->isValid());
+}
+
+void tst_PageSerdesIpDlg::discovery()
+{
+    // A library directly in IPlib is not looked at; one that is no protocol
+    // package and a file that is no library are passed over with a word.
+    const QString loose = m_ipLib + QStringLiteral("/libloose.so");
+    const QString other = m_ipLib + QStringLiteral("/zz_other/libqgif.so");
+    const QString broken = m_ipLib + QStringLiteral("/zz_broken/libbroken.so");
+    QVERIFY(QFile::copy(m_ipLib + QStringLiteral("/testprotocol/libtestprotocol.so"), loose));
+    QVERIFY(QDir().mkpath(m_ipLib + QStringLiteral("/zz_other")));
+    QVERIFY(QFile::copy(QLibraryInfo::location(QLibraryInfo::PluginsPath)
+                            + QStringLiteral("/imageformats/libqgif.so"),
+                        other));
+    QVERIFY(QDir().mkpath(m_ipLib + QStringLiteral("/zz_broken")));
+    QFile file(broken);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("no library");
+    file.close();
+
+    QTest::ignoreMessage(
+        QtCriticalMsg,
+        qPrintable(QStringLiteral("No IP Pakcgae entry found in file:  \"%1\"").arg(other)));
+    QTest::ignoreMessage(QtCriticalMsg,
+                         qPrintable(QStringLiteral("Can not load IP file:  \"%1\"").arg(broken)));
+    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression("^Can not load IP file:  \".*\"$"));
+    {
+        serdesipdlg page(coreInfo());
+        page.setCreating(m_tmp->path(), deviceOf(QStringLiteral("RK9C880D-FG1517-2")));
+        auto *tree = page.findChild<M_TreeComboBoxWidget *>();
+        QVERIFY(tree);
+        QStringList rows;
+        for (QTreeWidgetItemIterator it(tree); *it; ++it) {
+            if ((*it)->type() != M_TreeComboBoxWidget::FolderItem)
+                rows << (*it)->text(0);
+        }
+        rows.sort();
+        QCOMPARE(rows, QStringList({"TestProtocol", "XAUI", "eDP RX", "eDP TX"}));
+        QVERIFY(tree->getIPCoreByName(QStringLiteral("TestProtocol")));
+        QVERIFY(!tree->getIPCoreByName(QStringLiteral("XAUI")));
+        QCOMPARE(page.uiCreateIn(), QDir::toNativeSeparators(m_tmp->path() + "/serdes"));
+    }
+    QVERIFY(QFile::remove(loose));
+    QVERIFY(QDir(m_ipLib + QStringLiteral("/zz_other")).removeRecursively());
+    QVERIFY(QDir(m_ipLib + QStringLiteral("/zz_broken")).removeRecursively());
+}
+
+void tst_PageSerdesIpDlg::hueWalk()
+{
+    serdesipdlg page(coreInfo());
+    page.setCreating(m_tmp->path(), deviceOf(QStringLiteral("RK9C880D-FG1517-2")));
+    for (int n = 0; n < 4; ++n)
+        page.createIP(QStringLiteral("TestProtocol"));
+    QCOMPARE(page.instanceArgs().keys(), QStringList({"test_1", "test_2", "test_3", "test_4"}));
+    QCOMPARE(hues(page), QList<double>({getH(0), getH(1), getH(2), getH(3)}));
+    QVERIFY(qFuzzyCompare(getH(1), 0.3));
+    QCOMPARE(serdes::instance()->occupiedLanes().size(), 4);
+
+    // The freed 0.3 is not taken again: the walk counts every message it
+    // passes, and the clash with 0.7 jumps to the seventh hue.
+    page.deleteIP(QStringLiteral("test_2"));
+    QCOMPARE(serdes::instance()->occupiedLanes().size(), 3);
+    page.createIP(QStringLiteral("TestProtocol"));
+    QCOMPARE(page.instanceMessages().value("test_2")->h, getH(6));
+    QVERIFY(qFuzzyCompare(getH(6), 0.4));
+
+    // Help rows and protocols the device cannot run create nothing.
+    page.createIP(QStringLiteral("XAUI"));
+    page.createIP(QStringLiteral("NoSuchProtocol"));
+    QCOMPARE(page.instanceArgs().size(), 4);
+}
+
+void tst_PageSerdesIpDlg::editAndDelete()
+{
+    serdesipdlg page(coreInfo());
+    page.setCreating(m_tmp->path(), deviceOf(QStringLiteral("RK9C880D-FG1517-2")));
+    QMap<QString, QVariant> a = instanceArgs("a", {"Q0_LANE0 Q0_QPLL0 Q0_REFCLK0 100 5 0 0"});
+    QMap<QString, QVariant> b = instanceArgs("b", {"Q0_LANE1_TX Q0_QPLL1 Q0_REFCLK1 125 0 0 5"});
+    page.parseData_v_1_2(QStringLiteral("TestProtocol:a"), a);
+    page.parseData_v_1_2(QStringLiteral("TestProtocol:b"), b);
+    QCOMPARE(page.instanceArgs().keys(), QStringList({"a", "b"}));
+
+    // A cancelled edit puts the instance back as it was, flags included; the
+    // mark 99 means nothing was saved and is not written back.
+    serdes *model = serdes::instance();
+    model->setData(QStringLiteral("sriohaveX2_trueb"), QStringLiteral("yes"));
+    model->setData(QStringLiteral("jesd204bCheckDRP_b"), 99);
+    model->setData(QStringLiteral("jesd204bCheckDRP_a"), 1);
+    page.editIP(QStringLiteral("b"));
+    QCOMPARE(page.instanceArgs().value("b"), b);
+    QCOMPARE(model->getData(QStringLiteral("sriohaveX2_trueb")).toString(), QStringLiteral("yes"));
+    QVERIFY(!model->getData(QStringLiteral("jesd204bCheckDRP_b")).isValid());
+    QCOMPARE(model->getData(QStringLiteral("jesd204bCheckDRP_a")).toInt(), 1);
+
+    // An edit that the model refuses loses the instance, with the model's
+    // words; the page goes on.
+    b.insert(QStringLiteral("editRows"), QStringList{"Q0_LANE1_TX Q0_QPLL0 Q0_REFCLK0 125 0 0 5"});
+    page.deleteIP(QStringLiteral("b"));
+    page.parseData_v_1_2(QStringLiteral("TestProtocol:b"), b);
+    {
+        MessageBoxAnswers answers;
+        page.editIP(QStringLiteral("b"));
+        QCOMPARE(answers.boxes.size(), 1);
+        QCOMPARE(answers.boxes.first().title, QStringLiteral("Error"));
+        QCOMPARE(answers.boxes.first().text, QStringLiteral("frequence set error"));
+    }
+    QCOMPARE(page.instanceArgs().keys(), QStringList("a"));
+    QCOMPARE(page.instanceMessages().keys(), QStringList("a"));
+
+    // Deleting takes the instance's flags out of the store as well.
+    page.deleteIP(QStringLiteral("a"));
+    QVERIFY(!model->getData(QStringLiteral("jesd204bCheckDRP_a")).isValid());
+    QVERIFY(page.instanceArgs().isEmpty());
+    QCOMPARE(model->allAccess().size(), 0);
+    page.editIP(QStringLiteral("a"));
+}
+
+void tst_PageSerdesIpDlg::saveAndReopen()
+{
+    const QString dir = m_tmp->filePath(QStringLiteral("serdes"));
+    QMap<QString, QMap<QString, QVariant>> saved;
+    QMap<QString, QStringList> routes;
+    {
+        serdesipdlg page(coreInfo());
+        page.setCreating(m_tmp->path(), deviceOf(QStringLiteral("RK9C370D-FG676-2")));
+        page.createIP(QStringLiteral("TestProtocol"));
+        page.createIP(QStringLiteral("TestProtocol"));
+        serdes::instance()->setData(QStringLiteral("jesd204bCheckDRP_test_2"), 1);
+
+        // Cancel writes nothing, OK without instances neither.
+        page.reject();
+        QVERIFY(!QFile::exists(dir + "/serdes.ipc"));
+        saved = page.instanceArgs();
+        routes = serdes::instance()->allAccess();
+        QVERIFY(QDir().mkpath(dir));
+        page.accept();
+        QCOMPARE(page.result(), int(QDialog::Accepted));
+    }
+    const QString file = dir + QStringLiteral("/serdes.ipc");
+    QSettings written(file, QSettings::IniFormat);
+    QCOMPARE(written.value("version").toString(), QStringLiteral("1.2"));
+    QCOMPARE(written.value("ipc_version").toString(), QStringLiteral("4"));
+    QCOMPARE(written.value("target_device").toString(), QStringLiteral("RK9C370D-FG676-2"));
+    QCOMPARE(written.value("type").toString(), QStringLiteral("SERDES_IP"));
+    QCOMPARE(written.childGroups(),
+             QStringList({"All_access", "Config", "TestProtocol:test_1", "TestProtocol:test_2"}));
+    QCOMPARE(written.value("All_access/Q0_LANE0_TX").toString(),
+             QStringLiteral("Q0_LANE0_TX -> Q0_QPLL0 -> Q0_MUX0 -> Q0_REFCLK0"));
+
+    {
+        serdesipdlg page(coreInfo());
+        QVERIFY(page.setOpening(dir, file));
+        QCOMPARE(page.device().id, QStringLiteral("RK9C370D-FG676-2"));
+        QCOMPARE(page.instanceArgs(), saved);
+        QCOMPARE(serdes::instance()->allAccess(), routes);
+        QCOMPARE(serdes::instance()->getData("jesd204bCheckDRP_test_2").toInt(), 1);
+        QCOMPARE(page.moduleName(), QStringLiteral("SerDes_Top"));
+
+        // The recorded module name stays what was read, though the field and
+        // with it the outputs follow the user.
+        page.setModuleName(QStringLiteral("Renamed_Top"));
+        page.accept();
+    }
+    QSettings rewritten(file, QSettings::IniFormat);
+    QCOMPARE(rewritten.value("Config/module").toString(), QStringLiteral("SerDes_Top"));
+
+    // A second pass starts from nothing.
+    serdesipdlg fresh(coreInfo());
+    fresh.setCreating(m_tmp->path(), deviceOf(QStringLiteral("RK9C370D-FG676-2")));
+    QVERIFY(fresh.instanceArgs().isEmpty());
+    QVERIFY(serdes::instance()->allAccess().isEmpty());
+    QVERIFY(serdes::instance()->moduleNames.isEmpty());
+}
+
+void tst_PageSerdesIpDlg::olderLayouts()
+{
+    // A "1.1" project made in /old/place, moved here with its instance file.
+    const QString root = m_tmp->path();
+    QVERIFY(QDir().mkpath(root + "/sub"));
+    QMap<QString, QVariant> instanceConfig;
+    instanceConfig.insert(QStringLiteral("rows"),
+                          QStringList{"Q0_LANE2 Q0_QPLL1 Q0_REFCLK1 125 5 0 0"});
+    instanceConfig.insert(QStringLiteral("file"), QStringLiteral("inst_file"));
+    instanceConfig.insert(QStringLiteral("module"), QStringLiteral("inst_module"));
+    writeIni(root + "/sub/inst1.ipc", {{"type", "TEST_PROTOCOL"}}, {{"Config", instanceConfig}});
+
+    QMap<QString, QVariant> config;
+    config.insert(QStringLiteral("File_Name"), QStringLiteral("old_file"));
+    config.insert(QStringLiteral("Module_Name"), QStringLiteral("Old_Top"));
+    config.insert(QStringLiteral("CREATEIN"), QStringLiteral("/old/place"));
+    config.insert(QStringLiteral("KEYS"), QStringList{"inst", "gone"});
+    config.insert(QStringLiteral("inst"), QStringList{"/old/place/sub", "inst1"});
+    config.insert(QStringLiteral("gone"), QStringList());
+    writeIni(root + "/top.ipc", {{"version", "1.1"}, {"target_device", "RK9C90F-BG324-1"}},
+             {{"Config", config}});
+
+    serdesipdlg page(coreInfo());
+    QTest::ignoreMessage(QtDebugMsg, "unknown group name");
+    QVERIFY(page.setOpening(root, root + "/top.ipc"));
+    QCOMPARE(page.fileName(), QStringLiteral("old_file"));
+    QCOMPARE(page.moduleName(), QStringLiteral("Old_Top"));
+    QCOMPARE(page.instanceArgs().keys(), QStringList("inst"));
+    const QMap<QString, QVariant> args = page.instanceArgs().value("inst");
+    QCOMPARE(args.value("CREATEIN").toString(), QStringLiteral("/old/place/inst_file"));
+    QCOMPARE(args.value("type").toString(), QStringLiteral("TEST_PROTOCOL"));
+    QCOMPARE(serdes::instance()->occupiedLanes(), QStringList("Q0 Lane2"));
+
+    // The first layout pads a short entry: an empty one names "0/0.ipc", which
+    // is not there, and reading stops at it.
+    QMap<QString, QVariant> first = config;
+    first.insert(QStringLiteral("KEYS"), QStringList{"gone", "inst"});
+    writeIni(root + "/first.ipc", {{"version", "1.0"}, {"target_device", "RK9C90F-BG324-1"}},
+             {{"Config", first}});
+    serdesipdlg firstPage(coreInfo());
+    QTest::ignoreMessage(QtDebugMsg, "unknown group name");
+    QVERIFY(firstPage.setOpening(root, root + "/first.ipc"));
+    QVERIFY(firstPage.instanceArgs().isEmpty());
+}
+
+void tst_PageSerdesIpDlg::incompatibleFile()
+{
+    const QString file = m_tmp->filePath(QStringLiteral("new.ipc"));
+    writeIni(file, {{"ipc_version", "4"}, {"target_device", "RK9C880D-FG1517-2"}}, {});
+    serdesipdlg page(coreInfo());
+    MessageBoxAnswers answers;
+    QVERIFY(!page.setOpening(m_tmp->path(), file));
+    QCOMPARE(answers.boxes.size(), 1);
+    QCOMPARE(answers.boxes.first().title, QStringLiteral("Error"));
+    QCOMPARE(answers.boxes.first().text,
+             QStringLiteral("This version of specified IP Config file is incompatible with "
+                            "current IP Core Generator."));
+    QVERIFY(!answers.boxes.first().pixmap.isNull());
+}
+
+QTEST_MAIN(tst_PageSerdesIpDlg)
+#include "tst_pageserdesipdlg.moc"
