@@ -20,5 +20,5 @@ Xvfb "$display" -screen 0 1600x1600x24 -nolisten tcp >/dev/null 2>&1 &
 xvfb=$!
 trap 'kill "$xvfb" 2>/dev/null || true' EXIT
 sleep 1
-env -u QT_QPA_PLATFORM DISPLAY="$display" build-pictures/tests/views/viewpictures "$out"
+env -u QT_QPA_PLATFORM DISPLAY="$display" build-pictures/demo/viewpictures "$out"
 ls "$out"/*.png

@@ -17,7 +17,7 @@
 
 namespace {
 
-const char *const PRIMITIVES = SERDES_STAGE_DIR "/data/devices/primitives_bb.v";
+const QString PRIMITIVES = QStringLiteral(SERDES_STAGE_DIR "/data/devices/primitives_bb.v");
 
 DEV::DeviceArg device()
 {
@@ -92,7 +92,7 @@ private slots:
 void tst_HostModGen::initTestCase()
 {
     QLocale::setDefault(QLocale::c());
-    QVERIFY(QFile::exists(QString::fromLatin1(PRIMITIVES)));
+    QVERIFY(QFile::exists(PRIMITIVES));
 }
 
 void tst_HostModGen::verilogCompiles_data()
@@ -116,23 +116,17 @@ void tst_HostModGen::verilogCompiles_data()
                             "endmodule\n";
 
     QTest::newRow("two instances, ports, parameters, DRP")
-        << QStringList{QStringLiteral("-protocol_module_name0 eth"),
-                       QStringLiteral("-eth_port input 1 refclk_p"),
-                       QStringLiteral("-eth_port input 1 refclk_n"),
-                       QStringLiteral("-eth_port input 4 txd"),
-                       QStringLiteral("-eth_port output 4 rxd"),
-                       QStringLiteral("-eth_port inout 1 mdio"),
-                       QStringLiteral("-eth_param LANES 4"),
-                       QStringLiteral("-eth_param NAME \"ten gig\""),
-                       QStringLiteral("-ethEnableDRP true"),
-                       QStringLiteral("-protocol_module_name1 xaui"),
-                       QStringLiteral("-xaui_port input 1 clk"),
-                       QStringLiteral("-xaui_port output 64 data")}
+        << QStringList{"-protocol_module_name0 eth", "-eth_port input 1 refclk_p",
+                       "-eth_port input 1 refclk_n", "-eth_port input 4 txd",
+                       "-eth_port output 4 rxd",     "-eth_port inout 1 mdio",
+                       "-eth_param LANES 4",         "-eth_param NAME \"ten gig\"",
+                       "-ethEnableDRP true",         "-protocol_module_name1 xaui",
+                       "-xaui_port input 1 clk",     "-xaui_port output 64 data"}
         << QByteArray(eth + xaui)
         << QByteArray("wire eth_refclk_p, eth_refclk_n, eth_mdio, xaui_clk;\n"
                       "wire [3:0] eth_txd, eth_rxd;\nwire [63:0] xaui_data;\n");
     QTest::newRow("instance without ports")
-        << QStringList{QStringLiteral("-protocol_module_name0 quiet")}
+        << QStringList{"-protocol_module_name0 quiet"}
         << QByteArray("module quiet; SERDES_QUAD q (); endmodule\n") << QByteArray();
 }
 
@@ -144,60 +138,51 @@ void tst_HostModGen::verilogCompiles()
 
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
-    const QString command = dir.filePath(QStringLiteral("serdes.mod"));
-    QVERIFY(IPCore::generateFile(command, header(dir.path(), QStringLiteral("vlg")) + instances,
-                                 nullptr, QString()));
+    const QString command = dir.filePath("serdes.mod");
+    QVERIFY(
+        IPCore::generateFile(command, header(dir.path(), "vlg") + instances, nullptr, QString()));
 
     IPCore::TvModGenProxy proxy;
     QCOMPARE(proxy.startModGen(command, IPCore::Verilog, false), 0);
     QVERIFY2(proxy.errorString().isEmpty(), qPrintable(proxy.errorString()));
 
-    const QString top = dir.filePath(QStringLiteral("serdes_top.v"));
-    const QString tmpl = dir.filePath(QStringLiteral("serdes_top_tmp.v"));
-    QVERIFY(writeFile(dir.filePath(QStringLiteral("stubs.v")), stubs));
-    QString error
-        = compile(QStringLiteral("serdes_top"),
-                  {top, QStringLiteral("stubs.v"), QString::fromLatin1(PRIMITIVES)}, dir.path());
+    const QString top = dir.filePath("serdes_top.v");
+    QVERIFY(writeFile(dir.filePath("stubs.v"), stubs));
+    QString error = compile("serdes_top", {top, "stubs.v", PRIMITIVES}, dir.path());
     QVERIFY2(error.isEmpty(), qPrintable(error));
 
     // The template instantiates the top as it is, and the top has exactly the
     // ports the command file describes: iverilog warns of any width that differs.
-    QVERIFY(writeFile(dir.filePath(QStringLiteral("user.v")),
+    QVERIFY(writeFile(dir.filePath("user.v"),
                       "module user;\n" + wires + "`include \"serdes_top_tmp.v\"\nendmodule\n"));
-    error = compile(
-        QStringLiteral("user"),
-        {QStringLiteral("user.v"), top, QStringLiteral("stubs.v"), QString::fromLatin1(PRIMITIVES)},
-        dir.path());
+    error = compile("user", {"user.v", top, "stubs.v", PRIMITIVES}, dir.path());
     QVERIFY2(error.isEmpty(), qPrintable(error));
 
-    QVERIFY(QString::fromUtf8(readAll(tmpl)).contains(QStringLiteral("RK9C-880D")));
+    QVERIFY(QString::fromUtf8(readAll(dir.filePath("serdes_top_tmp.v"))).contains("RK9C-880D"));
 }
 
 void tst_HostModGen::vhdl()
 {
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
-    const QString command = dir.filePath(QStringLiteral("serdes.mod"));
-    const QStringList lines = header(dir.path(), QStringLiteral("vhdl"))
-                              + QStringList{QStringLiteral("-protocol_module_name0 eth"),
-                                            QStringLiteral("-eth_port input 4 txd"),
-                                            QStringLiteral("-eth_port output 1 ready"),
-                                            QStringLiteral("-eth_param LANES 2")};
+    const QString command = dir.filePath("serdes.mod");
+    const QStringList lines = header(dir.path(), "vhdl")
+                              + QStringList{"-protocol_module_name0 eth", "-eth_port input 4 txd",
+                                            "-eth_port output 1 ready", "-eth_param LANES 2"};
     QVERIFY(IPCore::generateFile(command, lines, nullptr, QString()));
 
     IPCore::TvModGenProxy proxy;
     QCOMPARE(proxy.startModGen(command, IPCore::VHDL, false), 0);
-    QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("serdes_top.v"))));
-    const QString top = QString::fromUtf8(readAll(dir.filePath(QStringLiteral("serdes_top.vhd"))));
-    const QString tmpl
-        = QString::fromUtf8(readAll(dir.filePath(QStringLiteral("serdes_top_tmp.vhd"))));
+    QVERIFY(!QFile::exists(dir.filePath("serdes_top.v")));
+    const QString top = QString::fromUtf8(readAll(dir.filePath("serdes_top.vhd")));
+    const QString tmpl = QString::fromUtf8(readAll(dir.filePath("serdes_top_tmp.vhd")));
     for (const char *expected :
          {"entity serdes_top is", "eth_txd : in std_logic_vector(3 downto 0);",
           "eth_ready : out std_logic", "LANES : integer", "u_eth : eth", "LANES => 2",
           "txd => eth_txd,", "ready => eth_ready", "end architecture structure;"})
         QVERIFY2(top.contains(QLatin1String(expected)), expected);
-    QVERIFY(tmpl.contains(QStringLiteral("component serdes_top is")));
-    QVERIFY(tmpl.contains(QStringLiteral("eth_ready => eth_ready")));
+    QVERIFY(tmpl.contains("component serdes_top is"));
+    QVERIFY(tmpl.contains("eth_ready => eth_ready"));
 }
 
 void tst_HostModGen::refusals_data()
@@ -209,43 +194,32 @@ void tst_HostModGen::refusals_data()
     QTest::addColumn<QString>("by");
 
     // The header takes lines 1 to 11; the first instance line is line 12.
-    const QStringList eth = {QStringLiteral("-protocol_module_name0 eth")};
+    const QStringList eth = {"-protocol_module_name0 eth"};
     auto row = [&](const char *name, const QStringList &more, const QStringList &expected,
                    int type = IPCore::Verilog, const QString &replace = QString(),
                    const QString &by = QString()) {
         QTest::newRow(name) << QStringList(eth + more) << type << expected << replace << by;
     };
-    row("no dash", {QStringLiteral("eth_port input 1 a")},
-        {QStringLiteral("line 13: not of the form \"-key value\": \"eth_port input 1 a\"")});
-    row("bad direction", {QStringLiteral("-eth_port in 1 a")},
-        {QStringLiteral("line 13: direction"), QStringLiteral("\"-eth_port in 1 a\"")});
-    row("zero width", {QStringLiteral("-eth_port input 0 a")}, {QStringLiteral("line 13: width")});
-    row("bad parameter", {QStringLiteral("-eth_param N 4'b1")},
-        {QStringLiteral("line 13: value must be")});
-    row("unknown instance line", {QStringLiteral("-eth_clock 1")},
-        {QStringLiteral("line 13: unknown instance line")});
-    row("line of another module", {QStringLiteral("-pcie_port input 1 a")},
-        {QStringLiteral("line 13: not a line of instance \"eth\"")});
-    row("numbering gap", {QStringLiteral("-protocol_module_name2 xaui")},
-        {QStringLiteral("line 13: instance number 1 expected")});
-    row("module twice", {QStringLiteral("-protocol_module_name1 eth")},
-        {QStringLiteral("line 13: module named by an earlier instance")});
+    row("no dash", {"eth_port input 1 a"},
+        {"line 13: not of the form \"-key value\": \"eth_port input 1 a\""});
+    row("bad direction", {"-eth_port in 1 a"}, {"line 13: direction", "\"-eth_port in 1 a\""});
+    row("zero width", {"-eth_port input 0 a"}, {"line 13: width"});
+    row("bad parameter", {"-eth_param N 4'b1"}, {"line 13: value must be"});
+    row("unknown instance line", {"-eth_clock 1"}, {"line 13: unknown instance line"});
+    row("line of another module", {"-pcie_port input 1 a"},
+        {"line 13: not a line of instance \"eth\""});
+    row("numbering gap", {"-protocol_module_name2 xaui"}, {"line 13: instance number 1 expected"});
+    row("module twice", {"-protocol_module_name1 eth"},
+        {"line 13: module named by an earlier instance"});
     row("top port clash",
-        {QStringLiteral("-eth_port input 1 tx_d"), QStringLiteral("-protocol_module_name1 eth_tx"),
-         QStringLiteral("-eth_tx_port output 1 d")},
-        {QStringLiteral("port \"eth_tx_d\" clashes with port \"eth_tx_d\"")});
-    row("all errors of a pass",
-        {QStringLiteral("-eth_port input x a"), QStringLiteral("-eth_port input 1 ok"),
-         QStringLiteral("-eth_frobnicate")},
-        {QStringLiteral("line 13: width"), QStringLiteral("line 15: unknown instance line")});
-    row("file type contradicts language", {}, {QStringLiteral("contradicts the requested VHDL")},
-        IPCore::VHDL);
-    row("no module name", {}, {QStringLiteral("no \"-mod_name\" line")}, IPCore::Verilog,
-        QStringLiteral("-mod_name"), QString());
-    row("no output directory", {}, {QStringLiteral("does not exist")}, IPCore::Verilog,
-        QStringLiteral("-path"), QStringLiteral("-path gone/"));
-    row("unreadable command file", {}, {QStringLiteral("Cannot read")}, IPCore::Verilog,
-        QStringLiteral("*"), QString());
+        {"-eth_port input 1 tx_d", "-protocol_module_name1 eth_tx", "-eth_tx_port output 1 d"},
+        {"port \"eth_tx_d\" clashes with port \"eth_tx_d\""});
+    row("all errors of a pass", {"-eth_port input x a", "-eth_port input 1 ok", "-eth_frobnicate"},
+        {"line 13: width", "line 15: unknown instance line"});
+    row("file type contradicts language", {}, {"contradicts the requested VHDL"}, IPCore::VHDL);
+    row("no module name", {}, {"no \"-mod_name\" line"}, IPCore::Verilog, "-mod_name", QString());
+    row("no output directory", {}, {"does not exist"}, IPCore::Verilog, "-path", "-path gone/");
+    row("unreadable command file", {}, {"Cannot read"}, IPCore::Verilog, "*", QString());
 }
 
 void tst_HostModGen::refusals()
@@ -258,25 +232,25 @@ void tst_HostModGen::refusals()
 
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
-    const QString command = dir.filePath(QStringLiteral("serdes.mod"));
-    QStringList all = header(dir.path(), QStringLiteral("vlg")) + lines;
+    const QString command = dir.filePath("serdes.mod");
+    QStringList all = header(dir.path(), "vlg") + lines;
     for (QString &line : all) {
         if (!replace.isEmpty() && line.startsWith(replace))
             line = by;
     }
     if (replace == QLatin1String("*"))
-        QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("serdes.mod")));
+        QVERIFY(QDir(dir.path()).mkdir("serdes.mod"));
     else
         QVERIFY(IPCore::generateFile(command, all, nullptr, QString()));
 
     // Without widgets the host reports on the message handler.
-    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(QStringLiteral("serdes\\.mod")));
+    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression("serdes\\.mod"));
     IPCore::TvModGenProxy proxy;
     QVERIFY(proxy.startModGen(command, IPCore::FileType(type), false) != 0);
     for (const QString &text : expected)
         QVERIFY2(proxy.errorString().contains(text), qPrintable(proxy.errorString()));
     QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot),
-             QStringList{QStringLiteral("serdes.mod")});
+             QStringList{"serdes.mod"});
 }
 
 QTEST_GUILESS_MAIN(tst_HostModGen)

@@ -101,13 +101,13 @@ void tst_ModelRoutes::generatedRecords_data()
         "Q0_CPLL3=1@0 Q0_MUX0=1@2 MUX_Q0_TO_Q1=1@1");
     row("880k RX without PLL", DEVICE_880K, "", "Q0_LANE1_RX Q0_MUX0 Q0_REFCLK1",
         "Q0_MUX0=1@3 Q0_MUX1=0@0");
+    row("880k RX over the bridge", DEVICE_880K, "", "Q1_LANE1_RX Q1_MUX0 MUX_Q0_TO_Q1 Q0_REFCLK1",
+        "Q1_MUX0=1@1 MUX_Q0_TO_Q1=1@1 Q1_MUX1=0@0");
     row("370k TX from a fabric clock", DEVICE_370K, Q0_QPLL1,
         "Q0_LANE2_TX Q0_QPLL1 Q0_MUX2 Q0_GPIO2", "Q0_QPLL1=1@2 Q0_MUX2=1@3");
     row("90k TX direct", DEVICE_90K, Q0_CPLL0, "Q0_LANE0_TX Q0_CPLL0 Q0_MCLK",
         "Q0_CPLL0=1@3 Q0_MUX0=0@0");
     row("90k RX direct, master clock", DEVICE_90K, "", "Q0_LANE1_RX Q0_MCLK",
-        "Q0_MUX0=0@0 Q0_MUX1=0@0");
-    row("90k RX direct, fabric clock", DEVICE_90K, "", "Q0_LANE2_RX Q0_GPIO",
         "Q0_MUX0=0@0 Q0_MUX1=0@0");
 }
 

@@ -88,14 +88,16 @@ void tst_ModelTopology::tierFromDevice()
     QCOMPARE(model->quads.keys(), quads);
     QCOMPARE(namesOfKind<MUX>(model), muxes);
     QCOMPARE(namesOfKind<REF_SOURCE>(model), refs);
-    // Four lanes with two lines each and six PLLs in every quad; the elements
-    // of quad 1 belong to it.
+    // Four lanes with two lines each and six PLLs in every quad, all free; the
+    // elements of quad 1 belong to it.
     QCOMPARE(namesOfKind<LANE>(model).size(), 4 * quads.size());
     QCOMPARE(namesOfKind<LINE>(model).size(), 8 * quads.size());
     QCOMPARE(namesOfKind<PLL>(model).size(), 6 * quads.size());
     QCOMPARE(model->allInstance().size(), 18 * quads.size() + muxes.size() + refs.size());
-    for (Instance *element : model->allInstance())
+    for (Instance *element : model->allInstance()) {
         QCOMPARE(element->quad->name, element->name.startsWith("Q1") ? QString(Q1) : QString(Q0));
+        QCOMPARE(element->count, 0);
+    }
     QVERIFY(model->allAccess().isEmpty());
 }
 

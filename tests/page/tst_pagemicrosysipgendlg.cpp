@@ -92,11 +92,33 @@ public:
     QString page;
 };
 
+void compareBox(const SeenBox &box, const QString &title, const QString &text)
+{
+    QCOMPARE(box.title, title);
+    QCOMPARE(box.text, text);
+}
+
+void compareExclamation(const SeenBox &box)
+{
+    QVERIFY(!box.pixmap.isNull());
+    QCOMPARE(box.pixmap, QPixmap(QStringLiteral("://image/exclamation.png")).toImage());
+}
+
 bool writeFile(const QString &path, const QByteArray &content)
 {
     QFile file(path);
     return file.open(QIODevice::WriteOnly | QIODevice::Truncate)
            && file.write(content) == content.size();
+}
+
+QString writeIpc(const QTemporaryDir &dir, const QMap<QString, QString> &entries)
+{
+    const QString path = dir.filePath(QStringLiteral("core.ipc"));
+    QFile::remove(path);
+    QSettings settings(path, QSettings::IniFormat);
+    for (auto it = entries.cbegin(); it != entries.cend(); ++it)
+        settings.setValue(it.key(), it.value());
+    return path;
 }
 
 } // namespace
@@ -111,7 +133,6 @@ public slots:
 private slots:
     void initTestCase();
     void cleanup();
-
     void creating_data();
     void creating();
     void opening_data();
@@ -121,14 +142,11 @@ private slots:
     void helpPagesOfTheCore_data();
     void helpPagesOfTheCore();
     void helpLinksLeaveThePane();
-    void browse();
+    void browseAndOptions();
     void checkFileExisting_data();
     void checkFileExisting();
-    void errorsAndOptions();
 
 private:
-    QString writeIpc(const QMap<QString, QString> &entries);
-
     DEV::DeviceDb m_db;
     QTemporaryDir m_tmp;
     QList<QUrl> m_opened;
@@ -149,16 +167,6 @@ void tst_PageMicroSysIPGenDlg::cleanup()
     IPSERDESIP::serdes::destory();
 }
 
-QString tst_PageMicroSysIPGenDlg::writeIpc(const QMap<QString, QString> &entries)
-{
-    const QString path = m_tmp.filePath(QStringLiteral("core.ipc"));
-    QFile::remove(path);
-    QSettings settings(path, QSettings::IniFormat);
-    for (auto it = entries.cbegin(); it != entries.cend(); ++it)
-        settings.setValue(it.key(), it.value());
-    return path;
-}
-
 void tst_PageMicroSysIPGenDlg::creating_data()
 {
     QTest::addColumn<QString>("path");
@@ -166,8 +174,8 @@ void tst_PageMicroSysIPGenDlg::creating_data()
     QTest::addColumn<QString>("createIn");
 
     QTest::newRow("versioned device") << "/work/D" << kDeviceWithVersion << "/work/D/serdes";
-    QTest::newRow("single version") << "/work/D" << kDeviceWithoutVersion << "/work/D/serdes";
-    QTest::newRow("trailing slash") << "/work/D/" << kDeviceWithVersion << "/work/D/serdes";
+    QTest::newRow("single version, trailing slash")
+        << "/work/D/" << kDeviceWithoutVersion << "/work/D/serdes";
     QTest::newRow("relative") << "work/D" << kDeviceWithVersion << "work/D/serdes";
 }
 
@@ -180,7 +188,6 @@ void tst_PageMicroSysIPGenDlg::creating()
     const DEV::DeviceArg arg = m_db.findByID(device);
     Frame frame;
     QCOMPARE(frame.size(), QSize(1235, 773));
-    QCOMPARE(frame.label("devLabel"), QStringLiteral("TextLabel"));
     frame.setCreating(path, arg);
 
     QCOMPARE(frame.uiCreateIn(), createIn);
@@ -191,10 +198,8 @@ void tst_PageMicroSysIPGenDlg::creating()
     QCOMPARE(frame.label("devLabel"), arg.name);
     QCOMPARE(frame.label("pnLabel"), arg.partNumber);
     QCOMPARE(frame.label("labelDeviceVersion_2"), arg.version);
-    // An empty version hides both the version and its label.
-    QCOMPARE(frame.widget<QLabel>("labelDeviceVersion")->isHidden(), arg.version.isEmpty());
-    QCOMPARE(frame.widget<QLabel>("labelDeviceVersion_2")->isHidden(), arg.version.isEmpty());
-
+    for (const char *label : {"labelDeviceVersion", "labelDeviceVersion_2"})
+        QCOMPARE(frame.widget<QLabel>(label)->isHidden(), arg.version.isEmpty());
     // The synthesis tool is recorded, but not offered.
     QCOMPARE(frame.uiSynthesisTool(), QStringLiteral("TarvexSynthesis"));
     QVERIFY(frame.widget<QComboBox>("synToolComboBox")->isHidden());
@@ -211,17 +216,14 @@ void tst_PageMicroSysIPGenDlg::opening_data()
 
     QTest::newRow("target device")
         << Entries{{"target_device", kDeviceWithVersion}} << kDeviceWithVersion << true;
-    QTest::newRow("older device group")
+    QTest::newRow("older device group, parse fails")
         << Entries{{"device/id", "RK9C880D"}, {"device/package", "FG1156"}, {"device/speed", "2"}}
-        << kDeviceWithoutVersion << true;
-    QTest::newRow("parse fails") << Entries{{"target_device", kDeviceWithVersion}}
-                                 << kDeviceWithVersion << false;
+        << kDeviceWithoutVersion << false;
     // An unknown identifier is not made up for by an older group beside it.
     QTest::newRow("unknown target device")
         << Entries{{"target_device", "RK0-NONE"}, {"device/id", "RK9C880D"}} << QString() << true;
     QTest::newRow("no device group match")
         << Entries{{"device/id", "RK9C880D"}, {"device/package", "FG9"}} << QString() << true;
-    QTest::newRow("no device at all") << Entries{{"version", "1.2"}} << QString() << true;
 }
 
 void tst_PageMicroSysIPGenDlg::opening()
@@ -234,10 +236,9 @@ void tst_PageMicroSysIPGenDlg::opening()
     Frame frame;
     frame.parseResult = parseResult;
     MessageBoxAnswers answers;
-    QCOMPARE(frame.setOpening(m_tmp.path(), writeIpc(entries)), parseResult);
+    QCOMPARE(frame.setOpening(m_tmp.path(), writeIpc(m_tmp, entries)), parseResult);
 
-    // The device is known before the model is prepared, the model before
-    // the data is read; a lost device does not stop the opening.
+    // Device, then model, then data; a lost device does not stop the opening.
     QCOMPARE(frame.calls,
              (QStringList{"device", QStringLiteral("prepare ") + device, "parse core.ipc"}));
     QCOMPARE(frame.device().id, device);
@@ -252,8 +253,7 @@ void tst_PageMicroSysIPGenDlg::opening()
     QCOMPARE(answers.boxes.size(), device.isEmpty() ? 1 : 0);
     if (device.isEmpty()) {
         const SeenBox &box = answers.boxes.first();
-        QCOMPARE(box.title, QStringLiteral("Warning"));
-        QCOMPARE(box.text, QStringLiteral("IPC file device information is lost."));
+        compareBox(box, "Warning", "IPC file device information is lost.");
         QCOMPARE(box.icon, QMessageBox::Warning);
         QCOMPARE(box.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
         QVERIFY(box.hasWindowIcon);
@@ -267,20 +267,15 @@ void tst_PageMicroSysIPGenDlg::helpStyle_data()
 {
     QTest::addColumn<QColor>("base");
     QTest::addColumn<QString>("tag");
-    QTest::addColumn<QString>("text");
-
-    QTest::newRow("light") << QColor(255, 255, 255) << "html"
-                           << "rgb(0, 0, 0)";
-    QTest::newRow("dark") << QColor(30, 32, 36) << "html"
-                          << "rgb(255, 255, 255)";
-    QTest::newRow("just below 100") << QColor(99, 99, 99) << "html"
-                                    << "rgb(255, 255, 255)";
-    QTest::newRow("exactly 100") << QColor(100, 100, 100) << "html"
-                                 << "rgb(0, 0, 0)";
+    QTest::addColumn<QString>("text"); // empty: no style sheet
+    const auto row = [](const char *name, const QColor &base, const char *tag, const char *text) {
+        QTest::newRow(name) << base << QString(tag) << QString(text);
+    };
+    row("just below 100", QColor(99, 99, 99), "html", "rgb(255, 255, 255)");
+    row("exactly 100", QColor(100, 100, 100), "html", "rgb(0, 0, 0)");
     // 0.587 * 122 + 0.114 * 249 is 100.0 exactly as well.
-    QTest::newRow("exactly 100, coloured") << QColor(0, 122, 249) << "html"
-                                           << "rgb(0, 0, 0)";
-    QTest::newRow("tag in capitals") << QColor(30, 32, 36) << "HTML" << QString();
+    row("exactly 100, coloured", QColor(0, 122, 249), "html", "rgb(0, 0, 0)");
+    row("tag in capitals", QColor(30, 32, 36), "HTML", "");
 }
 
 void tst_PageMicroSysIPGenDlg::helpStyle()
@@ -330,12 +325,10 @@ void tst_PageMicroSysIPGenDlg::helpPagesOfTheCore_data()
 {
     QTest::addColumn<QString>("page");
     QTest::addColumn<QString>("heading");
-    QTest::newRow("xaui") << "xaui.html"
-                          << "XAUI";
-    QTest::newRow("edp rx") << "edp_rx_information.html"
-                            << "eDP RX";
-    QTest::newRow("edp tx") << "edp_tx_information.html"
-                            << "eDP TX";
+    for (const auto &page :
+         {std::make_pair("xaui.html", "XAUI"), std::make_pair("edp_rx_information.html", "eDP RX"),
+          std::make_pair("edp_tx_information.html", "eDP TX")})
+        QTest::newRow(page.first) << QString(page.first) << QString(page.second);
 }
 
 void tst_PageMicroSysIPGenDlg::helpPagesOfTheCore()
@@ -348,7 +341,6 @@ void tst_PageMicroSysIPGenDlg::helpPagesOfTheCore()
     QTRY_VERIFY(frame.settled());
     QCOMPARE(frame.evaluate("document.getElementsByTagName('h1')[0].textContent"), heading);
     QVERIFY(frame.help()->page()->mainFrame()->toHtml().contains(QLatin1String("<style>")));
-    // Its picture comes from the host's picture directory.
     QCOMPARE(frame.evaluate("String(document.images.length)"), QStringLiteral("1"));
     QTRY_COMPARE(frame.evaluate("String(document.images[0].naturalWidth > 0)"),
                  QStringLiteral("true"));
@@ -372,7 +364,7 @@ void tst_PageMicroSysIPGenDlg::helpLinksLeaveThePane()
     QDesktopServices::unsetUrlHandler(QStringLiteral("https"));
 }
 
-void tst_PageMicroSysIPGenDlg::browse()
+void tst_PageMicroSysIPGenDlg::browseAndOptions()
 {
     Frame frame;
     frame.setCreating(m_tmp.path(), m_db.findByID(QLatin1String(kDeviceWithVersion)));
@@ -389,6 +381,27 @@ void tst_PageMicroSysIPGenDlg::browse()
     answerDirectoryDialog(QString());
     QTest::mouseClick(frame.widget<QPushButton>("btnBrowse"), Qt::LeftButton);
     QCOMPARE(frame.uiCreateIn(), QStringLiteral("/kept"));
+
+    QVERIFY(frame.checkFileOptions().isEmpty());
+    frame.widget<QLineEdit>("editCreateIn")->clear();
+    QCOMPARE(frame.checkFileOptions(), QStringList{"\"Create In\" can not be empty."});
+
+    MessageBoxAnswers answers;
+    frame.showErrorMsg({QStringLiteral("first"), QStringLiteral("second")});
+    QCOMPARE(answers.boxes.size(), 1);
+    compareBox(answers.boxes.first(), "Error",
+               "The following errors occurred while customizing IP, plese check and correct.");
+    QCOMPARE(answers.boxes.first().details, QStringLiteral("first\nsecond"));
+    compareExclamation(answers.boxes.first());
+
+    QPushButton *ok = frame.widget<QDialogButtonBox>("buttonBox")->button(QDialogButtonBox::Ok);
+    frame.setOPtoinsAvailable(false);
+    QVERIFY(!frame.widget<QWidget>("wgtContainer")->isEnabled() && !ok->isEnabled());
+    frame.setOPtoinsAvailable(true);
+    QVERIFY(frame.widget<QWidget>("wgtContainer")->isEnabled() && ok->isEnabled());
+    frame.show();
+    QTest::mouseClick(ok, Qt::LeftButton);
+    QCOMPARE(frame.result(), int(QDialog::Accepted));
 }
 
 void tst_PageMicroSysIPGenDlg::checkFileExisting_data()
@@ -397,17 +410,16 @@ void tst_PageMicroSysIPGenDlg::checkFileExisting_data()
     QTest::addColumn<bool>("opening");
     QTest::addColumn<QMessageBox::StandardButton>("answer");
     QTest::addColumn<bool>("result");
-    QTest::addColumn<QString>("title");
-
-    QTest::newRow("exists, overwrite")
-        << "existing/" << false << QMessageBox::Yes << true << "Confirm";
-    QTest::newRow("exists, cancel")
-        << "existing" << false << QMessageBox::Cancel << false << "Confirm";
-    QTest::newRow("made") << "new/deeper" << false << QMessageBox::Ok << true << QString();
-    QTest::newRow("cannot be made")
-        << "afile/below" << false << QMessageBox::Ok << false << "Error";
-    QTest::newRow("opening never looks")
-        << "afile/below" << true << QMessageBox::Ok << true << QString();
+    QTest::addColumn<QString>("title"); // empty: no message box
+    const auto row = [](const char *name, const char *createIn, bool opening,
+                        QMessageBox::StandardButton answer, bool result, const char *title) {
+        QTest::newRow(name) << QString(createIn) << opening << answer << result << QString(title);
+    };
+    row("exists, overwrite", "existing/", false, QMessageBox::Yes, true, "Confirm");
+    row("exists, cancel", "existing", false, QMessageBox::Cancel, false, "Confirm");
+    row("made", "new/deeper", false, QMessageBox::Ok, true, "");
+    row("cannot be made", "afile/below", false, QMessageBox::Ok, false, "Error");
+    row("opening never looks", "afile/below", true, QMessageBox::Ok, true, "");
 }
 
 void tst_PageMicroSysIPGenDlg::checkFileExisting()
@@ -423,7 +435,7 @@ void tst_PageMicroSysIPGenDlg::checkFileExisting()
     QVERIFY(writeFile(dir.filePath(QStringLiteral("afile")), "not a directory"));
     Frame frame;
     if (opening)
-        frame.setOpening(dir.path(), writeIpc({{"target_device", kDeviceWithVersion}}));
+        frame.setOpening(dir.path(), writeIpc(m_tmp, {{"target_device", kDeviceWithVersion}}));
     const QString path = dir.filePath(createIn);
     frame.widget<QLineEdit>("editCreateIn")->setText(path);
 
@@ -435,51 +447,19 @@ void tst_PageMicroSysIPGenDlg::checkFileExisting()
         return;
     }
     const SeenBox &box = answers.boxes.first();
-    QCOMPARE(box.title, title);
     if (title == QLatin1String("Confirm")) {
-        QCOMPARE(box.text, QStringLiteral("Directory \"%1\" already exists, do you want to "
-                                          "overwrite?")
-                               .arg(QDir::toNativeSeparators(QDir::cleanPath(path))));
+        compareBox(box, title,
+                   QStringLiteral("Directory \"%1\" already exists, do you want to overwrite?")
+                       .arg(QDir::toNativeSeparators(QDir::cleanPath(path))));
         QCOMPARE(box.buttons, QMessageBox::Yes | QMessageBox::Cancel);
         QCOMPARE(box.defaultButton, QMessageBox::Cancel);
     } else {
-        QCOMPARE(
-            box.text,
+        compareBox(
+            box, title,
             QStringLiteral("Failed to create path \"%1\"").arg(QDir::toNativeSeparators(path)));
-        QVERIFY(!box.pixmap.isNull());
-        QCOMPARE(box.pixmap, QPixmap(QStringLiteral("://image/exclamation.png")).toImage());
+        compareExclamation(box);
         QVERIFY(box.hasWindowIcon);
     }
-}
-
-void tst_PageMicroSysIPGenDlg::errorsAndOptions()
-{
-    Frame frame;
-    frame.setCreating(m_tmp.path(), m_db.findByID(QLatin1String(kDeviceWithVersion)));
-    QVERIFY(frame.checkFileOptions().isEmpty());
-    frame.widget<QLineEdit>("editCreateIn")->clear();
-    QCOMPARE(frame.checkFileOptions(), QStringList{"\"Create In\" can not be empty."});
-
-    MessageBoxAnswers answers;
-    frame.showErrorMsg({QStringLiteral("first"), QStringLiteral("second")});
-    QCOMPARE(answers.boxes.size(), 1);
-    QCOMPARE(answers.boxes.first().title, QStringLiteral("Error"));
-    QCOMPARE(answers.boxes.first().text,
-             QStringLiteral("The following errors occurred while customizing IP, plese check "
-                            "and correct."));
-    QCOMPARE(answers.boxes.first().details, QStringLiteral("first\nsecond"));
-    QVERIFY(!answers.boxes.first().pixmap.isNull());
-    QCOMPARE(answers.boxes.first().pixmap,
-             QPixmap(QStringLiteral("://image/exclamation.png")).toImage());
-
-    QPushButton *ok = frame.widget<QDialogButtonBox>("buttonBox")->button(QDialogButtonBox::Ok);
-    frame.setOPtoinsAvailable(false);
-    QVERIFY(!frame.widget<QWidget>("wgtContainer")->isEnabled() && !ok->isEnabled());
-    frame.setOPtoinsAvailable(true);
-    QVERIFY(frame.widget<QWidget>("wgtContainer")->isEnabled() && ok->isEnabled());
-    frame.show();
-    QTest::mouseClick(ok, Qt::LeftButton);
-    QCOMPARE(frame.result(), int(QDialog::Accepted));
 }
 
 QTEST_MAIN(tst_PageMicroSysIPGenDlg)

@@ -13,6 +13,8 @@
 #include "plugin/serdesipconstants.h"
 #include "protocol/m_treecomboboxwidget.h"
 #include "protocol/message.h"
+#include "reconfig/reconfiguration.h"
+#include "views/clockschematicview.h"
 
 #include <core/idecore.h>
 #include <dev/devicedb.h>
@@ -29,9 +31,7 @@ namespace {
 
 QMap<QString, QVariant> coreInfo()
 {
-    QMap<QString, QVariant> info;
-    info.insert(QLatin1String(IPCore::Info::KEY_ID), QStringLiteral("SERDES_IP"));
-    return info;
+    return {{QLatin1String(IPCore::Info::KEY_ID), "SERDES_IP"}};
 }
 
 DEV::DeviceArg deviceOf(const QString &id)
@@ -39,23 +39,10 @@ DEV::DeviceArg deviceOf(const QString &id)
     return Core::IdeCore::deviceDataBase()->findByID(id);
 }
 
-QList<double> hues(const serdesipdlg &page)
-{
-    QList<double> list;
-    for (const Message *msg : page.instanceMessages())
-        list << msg->h;
-    return list;
-}
-
 // An instance group as the test protocol writes it.
 QMap<QString, QVariant> instanceArgs(const QString &name, const QStringList &rows)
 {
-    QMap<QString, QVariant> args;
-    args.insert(QStringLiteral("name"), name);
-    args.insert(QStringLiteral("module"), name);
-    args.insert(QStringLiteral("file"), name);
-    args.insert(QStringLiteral("rows"), rows);
-    return args;
+    return {{"name", name}, {"module", name}, {"file", name}, {"rows", rows}};
 }
 
 void writeIni(const QString &path, const QMap<QString, QVariant> &top,
@@ -87,6 +74,7 @@ private slots:
     void saveAndReopen();
     void olderLayouts();
     void incompatibleFile();
+    void buttons();
 
 private:
     QString m_ipLib;
@@ -164,7 +152,10 @@ void tst_PageSerdesIpDlg::hueWalk()
     for (int n = 0; n < 4; ++n)
         page.createIP(QStringLiteral("TestProtocol"));
     QCOMPARE(page.instanceArgs().keys(), QStringList({"test_1", "test_2", "test_3", "test_4"}));
-    QCOMPARE(hues(page), QList<double>({getH(0), getH(1), getH(2), getH(3)}));
+    QList<double> hues;
+    for (const Message *msg : page.instanceMessages())
+        hues << msg->h;
+    QCOMPARE(hues, QList<double>({getH(0), getH(1), getH(2), getH(3)}));
     QVERIFY(qFuzzyCompare(getH(1), 0.3));
     QCOMPARE(serdes::instance()->occupiedLanes().size(), 4);
 
@@ -289,20 +280,18 @@ void tst_PageSerdesIpDlg::olderLayouts()
     // A "1.1" project made in /old/place, moved here with its instance file.
     const QString root = m_tmp->path();
     QVERIFY(QDir().mkpath(root + "/sub"));
-    QMap<QString, QVariant> instanceConfig;
-    instanceConfig.insert(QStringLiteral("rows"),
-                          QStringList{"Q0_LANE2 Q0_QPLL1 Q0_REFCLK1 125 5 0 0"});
-    instanceConfig.insert(QStringLiteral("file"), QStringLiteral("inst_file"));
-    instanceConfig.insert(QStringLiteral("module"), QStringLiteral("inst_module"));
+    const QMap<QString, QVariant> instanceConfig{
+        {"rows", QStringList{"Q0_LANE2 Q0_QPLL1 Q0_REFCLK1 125 5 0 0"}},
+        {"file", "inst_file"},
+        {"module", "inst_module"}};
     writeIni(root + "/sub/inst1.ipc", {{"type", "TEST_PROTOCOL"}}, {{"Config", instanceConfig}});
 
-    QMap<QString, QVariant> config;
-    config.insert(QStringLiteral("File_Name"), QStringLiteral("old_file"));
-    config.insert(QStringLiteral("Module_Name"), QStringLiteral("Old_Top"));
-    config.insert(QStringLiteral("CREATEIN"), QStringLiteral("/old/place"));
-    config.insert(QStringLiteral("KEYS"), QStringList{"inst", "gone"});
-    config.insert(QStringLiteral("inst"), QStringList{"/old/place/sub", "inst1"});
-    config.insert(QStringLiteral("gone"), QStringList());
+    QMap<QString, QVariant> config{{"File_Name", "old_file"},
+                                   {"Module_Name", "Old_Top"},
+                                   {"CREATEIN", "/old/place"},
+                                   {"KEYS", QStringList{"inst", "gone"}},
+                                   {"inst", QStringList{"/old/place/sub", "inst1"}},
+                                   {"gone", QStringList()}};
     writeIni(root + "/top.ipc", {{"version", "1.1"}, {"target_device", "RK9C90F-BG324-1"}},
              {{"Config", config}});
 
@@ -319,10 +308,9 @@ void tst_PageSerdesIpDlg::olderLayouts()
 
     // The first layout pads a short entry: an empty one names "0/0.ipc", which
     // is not there, and reading stops at it.
-    QMap<QString, QVariant> first = config;
-    first.insert(QStringLiteral("KEYS"), QStringList{"gone", "inst"});
+    config.insert("KEYS", QStringList{"gone", "inst"});
     writeIni(root + "/first.ipc", {{"version", "1.0"}, {"target_device", "RK9C90F-BG324-1"}},
-             {{"Config", first}});
+             {{"Config", config}});
     serdesipdlg firstPage(coreInfo());
     QTest::ignoreMessage(QtDebugMsg, "unknown group name");
     QVERIFY(firstPage.setOpening(root, root + "/first.ipc"));
@@ -342,6 +330,33 @@ void tst_PageSerdesIpDlg::incompatibleFile()
              QStringLiteral("This version of specified IP Config file is incompatible with "
                             "current IP Core Generator."));
     QVERIFY(!answers.boxes.first().pixmap.isNull());
+}
+
+void tst_PageSerdesIpDlg::buttons()
+{
+    serdesipdlg page(coreInfo());
+    page.setCreating(m_tmp->path(), deviceOf(QStringLiteral("RK9C880D-FG1517-2")));
+    page.parseData_v_1_2(QStringLiteral("TestProtocol:x"),
+                         instanceArgs("x", {"Q1_LANE0_TX Q1_QPLL0 Q0_REFCLK0 100 0 0 5"}));
+
+    // The schematic gets the routes as wires from the source side; the bridge
+    // joins its neighbours and is no node.
+    const QList<QPair<QString, QString>> wires = page.getConnectListFromToml();
+    QCOMPARE(wires, (QList<QPair<QString, QString>>{{"Q1_QPLL0", "Q1_LANE0_TX"},
+                                                    {"Q1_MUX0", "Q1_QPLL0"},
+                                                    {"Q0_REFCLK0", "Q1_MUX0"}}));
+
+    // Both windows are made once, kept, and do not block.
+    for (int press = 0; press < 2; ++press) {
+        page.findChild<QPushButton *>(QStringLiteral("buttonViewClock"))->click();
+        page.findChild<QPushButton *>(QStringLiteral("pushButtonReconfiguration"))->click();
+    }
+    const QList<clockSchematicView *> schematics = page.findChildren<clockSchematicView *>();
+    QCOMPARE(schematics.size(), 1);
+    QVERIFY(schematics.first()->isVisible());
+    const QList<reconfiguration *> reconfigs = page.findChildren<reconfiguration *>();
+    QCOMPARE(reconfigs.size(), 1);
+    QVERIFY(reconfigs.first()->isVisible());
 }
 
 QTEST_MAIN(tst_PageSerdesIpDlg)

@@ -17,7 +17,6 @@
 
 #include <QComboBox>
 #include <QDialogButtonBox>
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPluginLoader>
@@ -60,6 +59,7 @@ public:
     {
         return widget<QDialogButtonBox>("buttonBox")->button(which);
     }
+    QString createIn() const { return widget<QLineEdit>("editCreateIn")->text(); }
 
     int accepted = 0;
     QMap<QString, QVariant> restored;
@@ -67,12 +67,16 @@ public:
     QStringList prepared;
 };
 
-QStringList numbered(const QString &base, const QStringList &suffixes)
+void compareBox(const SeenBox &box, const QString &title, const QString &text)
 {
-    QStringList names{base};
-    for (const QString &suffix : suffixes)
-        names << base + suffix;
-    return names;
+    QCOMPARE(box.title, title);
+    QCOMPARE(box.text, text);
+}
+
+void compareExclamation(const SeenBox &box)
+{
+    QVERIFY(!box.pixmap.isNull());
+    QCOMPARE(box.pixmap, QPixmap(QStringLiteral(":/coregen/image/exclamation.png")).toImage());
 }
 
 // Darkness of the widest run of ink across a horizontal wire at column x.
@@ -95,7 +99,6 @@ class tst_ProtocolGenDlg : public QObject
 private slots:
     void initTestCase();
     void cleanup();
-
     void validators_data();
     void validators();
     void proposals_data();
@@ -138,16 +141,10 @@ void tst_ProtocolGenDlg::validators_data()
     QTest::addColumn<QString>("field");
     QTest::addColumn<QString>("typed");
     QTest::addColumn<QString>("kept");
-    const auto row = [](const char *name, const char *field, const QString &typed,
-                        const char *kept) {
-        QTest::newRow(name) << QString::fromLatin1(field) << typed << QString::fromLatin1(kept);
-    };
-    row("file: punctuation and blanks", "editFileName", "ab-c d.1", "abcd1");
-    row("file: leading digit", "editFileName", "9_x", "9_x");
-    row("file: letters beyond ASCII", "editFileName", QStringLiteral("d\u00e9p\u00f4t"), "dpt");
-    row("module: leading digit", "editModuleName", "9mod", "mod");
-    row("module: leading underscore", "editModuleName", "_a_1", "a_1");
-    row("module: inner signs", "editModuleName", "a-b_C9$", "ab_C9");
+    // File names may start with a digit; module names keep no leading digit or
+    // underscore; neither keeps signs, blanks or letters beyond ASCII.
+    QTest::newRow("file") << "editFileName" << QStringLiteral("9_a-b \u00e9.1") << "9_ab1";
+    QTest::newRow("module") << "editModuleName" << QStringLiteral("9_a-b_C\u00f49$") << "ab_C9";
 }
 
 void tst_ProtocolGenDlg::validators()
@@ -159,7 +156,6 @@ void tst_ProtocolGenDlg::validators()
     Dialog dialog;
     auto *edit = dialog.widget<QLineEdit>(qPrintable(field));
     edit->clear();
-    // Character by character, as a keyboard of any layout delivers them.
     for (const QChar c : typed) {
         QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString(c));
         QApplication::sendEvent(edit, &press);
@@ -176,19 +172,15 @@ void tst_ProtocolGenDlg::proposals_data()
     QTest::addColumn<QString>("module");
     const auto row = [](const char *name, const char *base, const QStringList &files,
                         const QStringList &modules, const char *file, const char *module) {
-        QTest::newRow(name) << QString::fromLatin1(base) << files << modules
-                            << QString::fromLatin1(file) << QString::fromLatin1(module);
+        QTest::newRow(name) << QString(base) << files << modules << QString(file)
+                            << QString(module);
     };
-
     row("taken once", "eth", {"eth"}, {"eth"}, "eth_1", "eth_1st");
-    row("fourth", "m", {"m", "m_1", "m_2", "m_3"}, numbered("m", {"_1st", "_2nd", "_3rd"}), "m_4",
-        "m_4th");
-    QStringList modules = numbered("m", {"_1st", "_2nd", "_3rd"});
-    QStringList files{"m"};
-    for (int n = 4; n <= 20; ++n)
-        modules << QStringLiteral("m_%1th").arg(n);
+    QStringList files{"m"}, modules{"m", "m_1st", "m_2nd", "m_3rd"};
     for (int n = 1; n <= 20; ++n)
         files << QStringLiteral("m_%1").arg(n);
+    for (int n = 4; n <= 20; ++n)
+        modules << QStringLiteral("m_%1th").arg(n);
     row("twenty-first", "m", files, modules, "m_21", "m_21th");
     // Only the base itself counts as taken, compared exactly.
     row("suffixed only", "eth", {"eth_1"}, {"eth_1st"}, "eth", "eth");
@@ -214,10 +206,8 @@ void tst_ProtocolGenDlg::proposals()
 
     QCOMPARE(dialog.fileName(), file);
     QCOMPARE(dialog.moduleName(), module);
-    QCOMPARE(dialog.widget<QLineEdit>("editCreateIn")->text(),
-             QDir::toNativeSeparators(m_tmp.path()) + QLatin1Char('/') + file);
+    QCOMPARE(dialog.createIn(), QDir::toNativeSeparators(m_tmp.path()) + QLatin1Char('/') + file);
     QCOMPARE(dialog.createPath(), m_tmp.path() + QLatin1Char('/') + file);
-    // The derived class is told once, with the names settled.
     QCOMPARE(dialog.prepared, QStringList{file + QLatin1Char(' ') + module});
 }
 
@@ -228,21 +218,23 @@ void tst_ProtocolGenDlg::opening_data()
     QTest::addColumn<bool>("restoreResult");
     QTest::addColumn<QString>("module");
     QTest::addColumn<QString>("device");
-
-    const Args complete{
-        {"file", "eth0"}, {"module", "eth_top"}, {"target_device", kDeviceWithVersion}};
-    QTest::newRow("complete") << complete << true << "eth_top" << kDeviceWithVersion;
-    QTest::newRow("restore refused") << complete << false << "eth_top" << kDeviceWithVersion;
-    QTest::newRow("single version device")
-        << Args{{"file", "eth0"}, {"module", "m"}, {"target_device", kDeviceWithoutVersion}} << true
-        << "m" << kDeviceWithoutVersion;
-    QTest::newRow("empty module keeps the field")
-        << Args{{"file", "eth0"}, {"module", ""}, {"target_device", kDeviceWithVersion}} << true
-        << "preset" << kDeviceWithVersion;
-    QTest::newRow("no device") << Args{{"file", "eth0"}, {"module", "eth_top"}} << true << "eth_top"
-                               << QString();
-    QTest::newRow("unknown device")
-        << Args{{"file", "eth0"}, {"target_device", "RK0-NONE"}} << true << "preset" << QString();
+    // module, device: left out of the arguments when null.
+    const auto row = [](const char *name, const char *module, const char *device, bool restore,
+                        const char *shown, const char *known) {
+        Args args{{"file", "eth0"}};
+        if (module)
+            args.insert("module", module);
+        if (device)
+            args.insert("target_device", device);
+        QTest::newRow(name) << args << restore << QString(shown) << QString(known);
+    };
+    const char *v = kDeviceWithVersion;
+    row("complete", "eth_top", v, true, "eth_top", v);
+    row("restore refused, single version", "m", kDeviceWithoutVersion, false, "m",
+        kDeviceWithoutVersion);
+    row("empty module keeps the field", "", v, true, "preset", v);
+    row("no device", "eth_top", nullptr, true, "eth_top", "");
+    row("unknown device", nullptr, "RK0-NONE", true, "preset", "");
 }
 
 void tst_ProtocolGenDlg::opening()
@@ -264,33 +256,28 @@ void tst_ProtocolGenDlg::opening()
 
     auto *createIn = dialog.widget<QLineEdit>("editCreateIn");
     QCOMPARE(createIn->text(), QDir::toNativeSeparators(m_tmp.path()) + QStringLiteral("/eth0"));
-    QVERIFY(createIn->isReadOnly() && !createIn->isEnabled());
-    QVERIFY(!dialog.widget<QPushButton>("btnBrowse")->isEnabled());
-    QVERIFY(!dialog.widget<QComboBox>("comboBoxLanguage")->isEnabled());
-    QVERIFY(!dialog.widget<QLineEdit>("editFileName")->isEnabled());
+    QVERIFY(createIn->isReadOnly());
+    for (const char *name : {"editCreateIn", "btnBrowse", "comboBoxLanguage", "editFileName"})
+        QVERIFY2(!dialog.widget<QWidget>(name)->isEnabled(), name);
     QVERIFY(dialog.widget<QLineEdit>("editModuleName")->isEnabled());
 
     const DEV::DeviceArg arg = m_db.findByID(device);
     QCOMPARE(dialog.widget<QLabel>("label_device")->text(), arg.name);
     QCOMPARE(dialog.widget<QLabel>("label_pn")->text(), arg.partNumber);
     QCOMPARE(dialog.widget<QLabel>("labelDeviceVersion")->text(), arg.version);
-    if (!device.isEmpty()) {
-        // An empty version hides both the version and its label.
-        QCOMPARE(dialog.widget<QLabel>("labelDeviceVersion")->isHidden(), arg.version.isEmpty());
-        QCOMPARE(dialog.widget<QLabel>("labelDeviceVersionTitle")->isHidden(),
-                 arg.version.isEmpty());
+    for (const char *label : {"labelDeviceVersion", "labelDeviceVersionTitle"}) {
+        if (!device.isEmpty())
+            QCOMPARE(dialog.widget<QLabel>(label)->isHidden(), arg.version.isEmpty());
     }
     QCOMPARE(answers.boxes.size(), device.isEmpty() ? 1 : 0);
-    if (device.isEmpty()) {
-        QCOMPARE(answers.boxes.first().title, QStringLiteral("Warning"));
-        QCOMPARE(answers.boxes.first().text,
-                 QStringLiteral("IPC file device information is lost."));
-        QCOMPARE(answers.boxes.first().icon, QMessageBox::Warning);
-        QVERIFY(answers.boxes.first().hasWindowIcon);
-    }
     // An opened instance's directory is there already: nothing is asked.
     QVERIFY(dialog.checkFileExisting());
     QCOMPARE(answers.boxes.size(), device.isEmpty() ? 1 : 0);
+    if (device.isEmpty()) {
+        compareBox(answers.boxes.first(), "Warning", "IPC file device information is lost.");
+        QCOMPARE(answers.boxes.first().icon, QMessageBox::Warning);
+        QVERIFY(answers.boxes.first().hasWindowIcon);
+    }
 }
 
 void tst_ProtocolGenDlg::browseAndFollow()
@@ -304,13 +291,11 @@ void tst_ProtocolGenDlg::browseAndFollow()
     fileName->setText(QStringLiteral("renamed"));
     // Without the link the path does not follow the name.
     QCOMPARE(createIn->text(), QStringLiteral("/projects/a/pcie"));
-
-    answerDirectoryDialog(m_tmp.path());
-    QTest::mouseClick(dialog.widget<QPushButton>("btnBrowse"), Qt::LeftButton);
-    QCOMPARE(createIn->text(), QDir::toNativeSeparators(m_tmp.path()) + QStringLiteral("/pcie"));
-    answerDirectoryDialog(QString());
-    QTest::mouseClick(dialog.widget<QPushButton>("btnBrowse"), Qt::LeftButton);
-    QCOMPARE(createIn->text(), QDir::toNativeSeparators(m_tmp.path()) + QStringLiteral("/pcie"));
+    for (const QString &chosen : {m_tmp.path(), QString()}) {
+        answerDirectoryDialog(chosen);
+        QTest::mouseClick(dialog.widget<QPushButton>("btnBrowse"), Qt::LeftButton);
+        QCOMPARE(createIn->text(), QDir::toNativeSeparators(m_tmp.path()) + "/pcie");
+    }
 
     dialog.fileNameConnectCreatIn();
     dialog.fileNameConnectCreatIn();
@@ -323,39 +308,24 @@ void tst_ProtocolGenDlg::browseAndFollow()
 
 void tst_ProtocolGenDlg::checkFileOptions_data()
 {
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("createIn");
-    QTest::addColumn<QString>("module");
+    QTest::addColumn<QStringList>("fields"); // file, create in, module
     QTest::addColumn<QStringList>("errors");
-
-    const QString noFile = QStringLiteral("\"File Name\" can not be empty.");
-    const QString noDir = QStringLiteral("\"Create In\" can not be empty.");
-    const QString noModule = QStringLiteral("\"Module Name\" can not be empty.");
-    QTest::newRow("complete") << "f"
-                              << "/d"
-                              << "m" << QStringList();
-    QTest::newRow("all empty") << ""
-                               << ""
-                               << "" << QStringList{noFile, noDir, noModule};
-    QTest::newRow("no module") << "f"
-                               << "/d"
-                               << "" << QStringList{noModule};
-    QTest::newRow("no file, no dir") << ""
-                                     << ""
-                                     << "m" << QStringList{noFile, noDir};
+    const QString noFile = "\"File Name\" can not be empty.",
+                  noDir = "\"Create In\" can not be empty.",
+                  noModule = "\"Module Name\" can not be empty.";
+    QTest::newRow("complete") << QStringList{"f", "/d", "m"} << QStringList();
+    QTest::newRow("all empty") << QStringList{"", "", ""} << QStringList{noFile, noDir, noModule};
+    QTest::newRow("no module") << QStringList{"f", "/d", ""} << QStringList{noModule};
+    QTest::newRow("no file, no dir") << QStringList{"", "", "m"} << QStringList{noFile, noDir};
 }
 
 void tst_ProtocolGenDlg::checkFileOptions()
 {
-    QFETCH(QString, file);
-    QFETCH(QString, createIn);
-    QFETCH(QString, module);
+    QFETCH(QStringList, fields);
     QFETCH(QStringList, errors);
-
     Dialog dialog;
-    dialog.widget<QLineEdit>("editFileName")->setText(file);
-    dialog.widget<QLineEdit>("editCreateIn")->setText(createIn);
-    dialog.widget<QLineEdit>("editModuleName")->setText(module);
+    for (const char *name : {"editFileName", "editCreateIn", "editModuleName"})
+        dialog.widget<QLineEdit>(name)->setText(fields.takeFirst());
     QCOMPARE(dialog.checkFileOptions(), errors);
 }
 
@@ -364,12 +334,15 @@ void tst_ProtocolGenDlg::checkFileExisting_data()
     QTest::addColumn<QString>("createIn");
     QTest::addColumn<QMessageBox::StandardButton>("answer");
     QTest::addColumn<bool>("result");
-    QTest::addColumn<QString>("title");
-
-    QTest::newRow("exists, overwrite") << "existing/./" << QMessageBox::Yes << true << "Warning";
-    QTest::newRow("exists, cancel") << "existing" << QMessageBox::Cancel << false << "Warning";
-    QTest::newRow("made") << "new/deeper" << QMessageBox::Ok << true << QString();
-    QTest::newRow("cannot be made") << "afile/below" << QMessageBox::Ok << false << "Error";
+    QTest::addColumn<QString>("title"); // empty: no message box
+    const auto row = [](const char *name, const char *createIn, QMessageBox::StandardButton answer,
+                        bool result, const char *title) {
+        QTest::newRow(name) << QString(createIn) << answer << result << QString(title);
+    };
+    row("exists, overwrite", "existing/./", QMessageBox::Yes, true, "Warning");
+    row("exists, cancel", "existing", QMessageBox::Cancel, false, "Warning");
+    row("made", "new/deeper", QMessageBox::Ok, true, "");
+    row("cannot be made", "afile/below", QMessageBox::Ok, false, "Error");
 }
 
 void tst_ProtocolGenDlg::checkFileExisting()
@@ -381,9 +354,7 @@ void tst_ProtocolGenDlg::checkFileExisting()
 
     QTemporaryDir dir;
     QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("existing")));
-    QFile blocker(dir.filePath(QStringLiteral("afile")));
-    QVERIFY(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
+    QVERIFY(QFile(dir.filePath(QStringLiteral("afile"))).open(QIODevice::WriteOnly));
 
     Dialog dialog;
     dialog.setCreating(dir.path(), m_db.findByID(QLatin1String(kDeviceWithVersion)));
@@ -392,27 +363,24 @@ void tst_ProtocolGenDlg::checkFileExisting()
 
     MessageBoxAnswers answers(answer);
     QCOMPARE(dialog.checkFileExisting(), result);
+    QCOMPARE(answers.boxes.size(), title.isEmpty() ? 0 : 1);
     if (title.isEmpty()) {
-        QVERIFY(answers.boxes.isEmpty());
         QVERIFY(QFileInfo(path).isDir());
         return;
     }
-    QCOMPARE(answers.boxes.size(), 1);
     const SeenBox &box = answers.boxes.first();
-    QCOMPARE(box.title, title);
     if (title == QLatin1String("Warning")) {
-        QCOMPARE(box.text, QStringLiteral("Directory \"%1\" already exists, do you want to "
-                                          "overwrite?")
-                               .arg(QDir::toNativeSeparators(QDir::cleanPath(path))));
+        compareBox(box, title,
+                   QStringLiteral("Directory \"%1\" already exists, do you want to overwrite?")
+                       .arg(QDir::toNativeSeparators(QDir::cleanPath(path))));
         QCOMPARE(box.buttons, QMessageBox::Yes | QMessageBox::Cancel);
         QCOMPARE(box.defaultButton, QMessageBox::Cancel);
     } else {
-        QCOMPARE(
-            box.text,
+        compareBox(
+            box, title,
             QStringLiteral("Failed to create path \"%1\"").arg(QDir::toNativeSeparators(path)));
         QCOMPARE(box.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
-        QVERIFY(!box.pixmap.isNull());
-        QCOMPARE(box.pixmap, QPixmap(QStringLiteral(":/coregen/image/exclamation.png")).toImage());
+        compareExclamation(box);
         QVERIFY(box.hasWindowIcon);
     }
 }
@@ -425,7 +393,6 @@ void tst_ProtocolGenDlg::checkModuleName_data()
     QTest::newRow("primitive in other case") << "lut4" << true;
     QTest::newRow("primitive as prefix") << "LUT4_wrap" << true;
     QTest::newRow("last primitive") << "VCC" << false;
-    QTest::newRow("ordinary") << "eth_top" << true;
 }
 
 void tst_ProtocolGenDlg::checkModuleName()
@@ -439,12 +406,8 @@ void tst_ProtocolGenDlg::checkModuleName()
     QCOMPARE(dialog.checkModuleName(), result);
     QCOMPARE(answers.boxes.size(), result ? 0 : 1);
     if (!result) {
-        QCOMPARE(answers.boxes.first().title, QStringLiteral("Error"));
-        QCOMPARE(answers.boxes.first().text,
-                 QStringLiteral("Moudle name is the same as primitive name !"));
-        QVERIFY(!answers.boxes.first().pixmap.isNull());
-        QCOMPARE(answers.boxes.first().pixmap,
-                 QPixmap(QStringLiteral(":/coregen/image/exclamation.png")).toImage());
+        compareBox(answers.boxes.first(), "Error", "Moudle name is the same as primitive name !");
+        compareExclamation(answers.boxes.first());
     }
 }
 
@@ -482,8 +445,8 @@ void tst_ProtocolGenDlg::pagesAndButtons()
     auto *module = dialog.widget<QLineEdit>("editModuleName");
     dialog.uiSetModuleNameColor();
     const QColor disabled = module->palette().color(QPalette::Disabled, QPalette::Base);
-    QCOMPARE(module->palette().color(QPalette::Active, QPalette::Base), disabled);
-    QCOMPARE(module->palette().color(QPalette::Inactive, QPalette::Base), disabled);
+    for (const auto group : {QPalette::Active, QPalette::Inactive})
+        QCOMPARE(module->palette().color(group, QPalette::Base), disabled);
 
     MessageBoxAnswers answers;
     dialog.showErrorMsg({QStringLiteral("one"), QStringLiteral("two")});
@@ -491,7 +454,6 @@ void tst_ProtocolGenDlg::pagesAndButtons()
     QCOMPARE(answers.boxes.first().title, QStringLiteral("Error"));
     QCOMPARE(answers.boxes.first().details, QStringLiteral("one\ntwo"));
 
-    // OK goes to the derived class's accept.
     dialog.show();
     QTest::mouseClick(ok, Qt::LeftButton);
     QCOMPARE(dialog.accepted, 1);
@@ -537,9 +499,8 @@ void tst_ProtocolGenDlg::figure()
     const QImage image = figure->grab().toImage();
     const auto thickness = [&](int pin) {
         const QLineF wire = figure->pinLine(pin);
-        return wireThickness(image,
-                             qRound(wire.p1().x() + 2 * (wire.p2().x() > wire.p1().x() ? 1 : -1)),
-                             qRound(wire.p1().y()));
+        const int outward = wire.p2().x() > wire.p1().x() ? 1 : -1;
+        return wireThickness(image, qRound(wire.p1().x()) + 2 * outward, qRound(wire.p1().y()));
     };
     QVERIFY(thickness(0) >= 1);
     QVERIFY2(thickness(1) > thickness(0),

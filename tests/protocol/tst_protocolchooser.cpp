@@ -79,8 +79,7 @@ void fill(Tree &tree, const QStringList &rows)
             tree.insertIPCoreList(new NamedProtocol(name, category, f.at(0) == QLatin1String("P")),
                                   device());
         else
-            tree.insertIPCore(name, category, QStringLiteral("1.0"),
-                              name + QStringLiteral(".html"));
+            tree.insertIPCore(name, category, "1.0", name + ".html");
     }
 }
 
@@ -194,23 +193,22 @@ void tst_ProtocolChooser::rows()
     QFETCH(int, asked);
 
     Tree chooser;
-    auto *protocol = new NamedProtocol(QStringLiteral("PCIe"), {"Serdes", "Bus"}, supported);
+    auto *protocol = new NamedProtocol("PCIe", {"Serdes", "Bus"}, supported);
     chooser.insertIPCoreList(protocol, device(deviceId));
-    chooser.insertIPCore(QStringLiteral("XAUI"), {"Serdes", "Bus"}, QStringLiteral("1.0"),
-                         QStringLiteral("xaui.html"));
+    chooser.insertIPCore("XAUI", {"Serdes", "Bus"}, "1.0", "xaui.html");
 
-    QTreeWidgetItem *row = find(chooser, QStringLiteral("PCIe"));
+    QTreeWidgetItem *row = find(chooser, "PCIe");
     QCOMPARE(protocol->asked, asked);
     QCOMPARE(row->data(0, Tree::PickableRole), QVariant(pickable));
     QCOMPARE(isGrey(row), !pickable);
     QCOMPARE(row->data(0, Tree::ProtocolRole).value<BaseProtocol *>(), protocol);
     QCOMPARE(row->text(1), QString()); // the default version
-    QTreeWidgetItem *help = find(chooser, QStringLiteral("XAUI"));
+    QTreeWidgetItem *help = find(chooser, "XAUI");
     QCOMPARE(help->data(0, Tree::PickableRole), QVariant(false));
     QVERIFY(isGrey(help));
-    QCOMPARE(help->data(0, Tree::ProtocolRole), QVariant(QStringLiteral("xaui.html")));
-    QCOMPARE(help->text(1), QStringLiteral("1.0"));
-    QTreeWidgetItem *folder = find(chooser, QStringLiteral("Bus"));
+    QCOMPARE(help->data(0, Tree::ProtocolRole), QVariant("xaui.html"));
+    QCOMPARE(help->text(1), QString("1.0"));
+    QTreeWidgetItem *folder = find(chooser, "Bus");
     QVERIFY(!folder->data(0, Tree::ProtocolRole).isValid());
     QVERIFY(!isGrey(folder));
 }
@@ -218,17 +216,17 @@ void tst_ProtocolChooser::rows()
 void tst_ProtocolChooser::lookups()
 {
     Tree chooser;
-    auto *first = new NamedProtocol(QStringLiteral("Ethernet"), {"Serdes"}, true, "ETH_A");
-    auto *second = new NamedProtocol(QStringLiteral("Ethernet"), {"Serdes"}, true, "ETH_B");
+    auto *first = new NamedProtocol("Ethernet", {"Serdes"}, true, "ETH_A");
+    auto *second = new NamedProtocol("Ethernet", {"Serdes"}, true, "ETH_B");
     chooser.insertIPCoreList(first, device());
     chooser.insertIPCoreList(second, device());
     fill(chooser, {"H XAUI Serdes"});
 
-    QCOMPARE(chooser.getIPCoreByName(QStringLiteral("Ethernet")), first);
-    QCOMPARE(chooser.getIPCoreById(QStringLiteral("ETH_B")), second);
-    QCOMPARE(chooser.getIPCoreByName(QStringLiteral("ethernet")), nullptr);
-    QCOMPARE(chooser.getIPCoreByName(QStringLiteral("XAUI")), nullptr);
-    QCOMPARE(chooser.getIPCoreById(QStringLiteral("Ethernet")), nullptr);
+    QCOMPARE(chooser.getIPCoreByName("Ethernet"), first);
+    QCOMPARE(chooser.getIPCoreById("ETH_B"), second);
+    QCOMPARE(chooser.getIPCoreByName("ethernet"), nullptr);
+    QCOMPARE(chooser.getIPCoreByName("XAUI"), nullptr);
+    QCOMPARE(chooser.getIPCoreById("Ethernet"), nullptr);
     // Equal names keep the order in which they came.
     const QTreeWidgetItem *top = chooser.invisibleRootItem();
     QCOMPARE(top->child(0)->data(0, Tree::ProtocolRole).value<BaseProtocol *>(), first);
@@ -249,12 +247,12 @@ void tst_ProtocolChooser::testProtocol()
         chooser.insertIPCoreList(package->protocols().value(0), device());
         chooser.insertIPCoreList(package->protocols().value(0), noFamily);
         QCOMPARE(dump(chooser.invisibleRootItem()),
-                 QStringLiteral("F:Test{F:Rows{P:TestProtocol P:TestProtocol}}"));
+                 QString("F:Test{F:Rows{P:TestProtocol P:TestProtocol}}"));
         const QTreeWidgetItem *rows = chooser.invisibleRootItem()->child(0)->child(0);
-        QCOMPARE(rows->child(0)->text(1), QStringLiteral("0.1"));
+        QCOMPARE(rows->child(0)->text(1), QString("0.1"));
         QCOMPARE(rows->child(0)->data(0, Tree::PickableRole), QVariant(true));
         QCOMPARE(rows->child(1)->data(0, Tree::PickableRole), QVariant(false));
-        QCOMPARE(chooser.getIPCoreById(QStringLiteral("TEST_PROTOCOL")), chooser.m_cores.first());
+        QCOMPARE(chooser.getIPCoreById("TEST_PROTOCOL"), chooser.m_cores.first());
     }
     QVERIFY(loader.unload());
 }
@@ -303,7 +301,7 @@ void tst_ProtocolChooser::popup()
     QTest::mousePress(viewport, Qt::LeftButton, {}, at);
     QCOMPARE(presses.count(), 1);
     QCOMPARE(presses.first().first().toBool(), closes);
-    QCOMPARE(item->isExpanded() != expanded, row == QLatin1String("Bus"));
+    QCOMPARE(item->isExpanded() != expanded, row == "Bus");
     QTest::mouseRelease(viewport, Qt::LeftButton, {}, at);
     QCOMPARE(chooser->isVisible(), !closes);
 

@@ -7,6 +7,12 @@
 #include <QSpinBox>
 #include <QWidget>
 
+// The words of `line`, split at blanks.
+inline QStringList words(const char *line)
+{
+    return QString(line).split(' ', Qt::SkipEmptyParts);
+}
+
 // Sets one input of the reconfiguration form from "objectName=value": a check
 // box ("1" checks it), a combo box by text, or a spin box.
 inline void setInput(const QWidget &form, const QString &assignment)

@@ -21,27 +21,23 @@ using namespace IPSERDESIP;
 
 namespace {
 
-const QStringList LANES{"checkBoxq0ln0", "checkBoxq0ln1", "checkBoxq0ln2", "checkBoxq0ln3",
-                        "checkBoxq1ln0", "checkBoxq1ln1", "checkBoxq1ln2", "checkBoxq1ln3"};
-const QStringList TASK_BOXES{"checkBoxTxDataRateEnable", "checkBoxRxDataRateEnable",
-                             "checkBoxLoopbackEnable", "checkBoxTXAFEEnable",
-                             "checkBoxRXAFEEnable"};
-const QStringList SECOND_QUAD{"groupBox_4",
-                              "labelTXQ1RefMux0Freq",
-                              "labelTXQ1RefMux1Freq",
-                              "labelRXQ1RefMux0Freq",
-                              "labelRXQ1RefMux1Freq",
-                              "doubleSpinBoxTXQ1RefMux0Freq",
-                              "doubleSpinBoxTXQ1RefMux1Freq",
-                              "doubleSpinBoxRXQ1RefMux0Freq",
-                              "doubleSpinBoxRXQ1RefMux1Freq"};
+const QStringList LANES = words("checkBoxq0ln0 checkBoxq0ln1 checkBoxq0ln2 checkBoxq0ln3 "
+                                "checkBoxq1ln0 checkBoxq1ln1 checkBoxq1ln2 checkBoxq1ln3");
+const QStringList TASK_BOXES
+    = words("checkBoxTxDataRateEnable checkBoxRxDataRateEnable "
+            "checkBoxLoopbackEnable checkBoxTXAFEEnable checkBoxRXAFEEnable");
+const QStringList SECOND_QUAD
+    = words("groupBox_4 labelTXQ1RefMux0Freq labelTXQ1RefMux1Freq labelRXQ1RefMux0Freq "
+            "labelRXQ1RefMux1Freq doubleSpinBoxTXQ1RefMux0Freq doubleSpinBoxTXQ1RefMux1Freq "
+            "doubleSpinBoxRXQ1RefMux0Freq doubleSpinBoxRXQ1RefMux1Freq");
 
-DEV::DeviceArg deviceOf(const QString &family)
+void prepare(reconfiguration &dialog, const QString &family)
 {
     DEV::DeviceArg device;
     device.id = family + "-TEST";
     device.family = family;
-    return device;
+    dialog.setDevice(device);
+    dialog.dialogDidPrepare();
 }
 
 template<typename T>
@@ -92,10 +88,8 @@ void tst_ReconfigDialog::initTestCase()
 void tst_ReconfigDialog::form()
 {
     reconfiguration dialog;
-    dialog.setDevice(deviceOf("RK9C-880D"));
-    dialog.dialogDidPrepare();
+    prepare(dialog, "RK9C-880D");
     dialog.show();
-
     QCOMPARE(dialog.windowTitle(), QString("Reconfiguration"));
     QCOMPARE(dialog.findChildren<QCheckBox *>().size(), 13);
     for (const QString &name : LANES + TASK_BOXES)
@@ -157,30 +151,21 @@ void tst_ReconfigDialog::enableRules_data()
 {
     QTest::addColumn<QString>("box");
     QTest::addColumn<QStringList>("governed");
-
-    QTest::newRow("TX data rate") << "checkBoxTxDataRateEnable"
-                                  << QStringList{"doubleSpinBoxTXDataRate",
-                                                 "doubleSpinBoxTXQ0RefMux0Freq",
-                                                 "doubleSpinBoxTXQ0RefMux1Freq",
-                                                 "doubleSpinBoxTXQ1RefMux0Freq",
-                                                 "doubleSpinBoxTXQ1RefMux1Freq",
-                                                 "comboBoxPMAWidth",
-                                                 "comboBoxTXPLL",
-                                                 "comboBoxTXRefClkMux"};
-    QTest::newRow("RX data rate") << "checkBoxRxDataRateEnable"
-                                  << QStringList{"doubleSpinBoxRXDataRate",
-                                                 "doubleSpinBoxRXQ0RefMux0Freq",
-                                                 "doubleSpinBoxRXQ0RefMux1Freq",
-                                                 "doubleSpinBoxRXQ1RefMux0Freq",
-                                                 "doubleSpinBoxRXQ1RefMux1Freq",
-                                                 "comboBoxRXRefclkMux"};
-    QTest::newRow("loopback") << "checkBoxLoopbackEnable" << QStringList{"comboBoxLoopBackMode"};
-    QTest::newRow("TX AFE") << "checkBoxTXAFEEnable"
-                            << QStringList{"comboBoxTXAFEMode", "spinBoxFFECM",
-                                           "spinBoxTXSwingLevel", "spinBoxFFEC1"};
-    QTest::newRow("RX AFE") << "checkBoxRXAFEEnable"
-                            << QStringList{"spinBoxBIAS", "spinBoxATTBOOST", "spinBoxATT",
-                                           "spinBoxBoost", "comboBoxRXAFEEQMode"};
+    const auto row = [](const char *name, const char *box, const char *governed) {
+        QTest::newRow(name) << QString(box) << words(governed);
+    };
+    row("TX data rate", "checkBoxTxDataRateEnable",
+        "doubleSpinBoxTXDataRate doubleSpinBoxTXQ0RefMux0Freq doubleSpinBoxTXQ0RefMux1Freq "
+        "doubleSpinBoxTXQ1RefMux0Freq doubleSpinBoxTXQ1RefMux1Freq comboBoxPMAWidth comboBoxTXPLL "
+        "comboBoxTXRefClkMux");
+    row("RX data rate", "checkBoxRxDataRateEnable",
+        "doubleSpinBoxRXDataRate doubleSpinBoxRXQ0RefMux0Freq doubleSpinBoxRXQ0RefMux1Freq "
+        "doubleSpinBoxRXQ1RefMux0Freq doubleSpinBoxRXQ1RefMux1Freq comboBoxRXRefclkMux");
+    row("loopback", "checkBoxLoopbackEnable", "comboBoxLoopBackMode");
+    row("TX AFE", "checkBoxTXAFEEnable",
+        "comboBoxTXAFEMode spinBoxFFECM spinBoxTXSwingLevel spinBoxFFEC1");
+    row("RX AFE", "checkBoxRXAFEEnable",
+        "spinBoxBIAS spinBoxATTBOOST spinBoxATT spinBoxBoost comboBoxRXAFEEQMode");
 }
 
 void tst_ReconfigDialog::enableRules()
@@ -233,19 +218,18 @@ void tst_ReconfigDialog::secondQuad_data()
     QTest::addColumn<QStringList>("checked");
     QTest::addColumn<bool>("offered");
     QTest::addColumn<QString>("mask");
-
-    QTest::newRow("370D, all lanes") << "RK9C-370D" << LANES << false << "15";
-    QTest::newRow("370Q, Q1 lanes only")
-        << "RK9C-370Q" << QStringList{"checkBoxq1ln0", "checkBoxq1ln3"} << false << "0";
-    QTest::newRow("880D, all lanes") << "RK9C-880D" << LANES << true << "255";
-    QTest::newRow("880D, two lanes")
-        << "RK9C-880D" << QStringList{"checkBoxq0ln1", "checkBoxq1ln2"} << true << "66";
-    QTest::newRow("880D, none") << "RK9C-880D" << QStringList() << true << "0";
+    const auto row = [](const char *name, const char *family, const QStringList &checked,
+                        bool offered, const char *mask) {
+        QTest::newRow(name) << QString(family) << checked << offered << QString(mask);
+    };
+    row("370D, all lanes", "RK9C-370D", LANES, false, "15");
+    row("370Q, Q1 lanes only", "RK9C-370Q", {"checkBoxq1ln0", "checkBoxq1ln3"}, false, "0");
+    row("880D, two lanes", "RK9C-880D", {"checkBoxq0ln1", "checkBoxq1ln2"}, true, "66");
     // The one-quad devices of the smallest tier keep the second quad's widgets.
-    QTest::newRow("90F, all lanes") << "RK9C-90F" << LANES << true << "255";
-    QTest::newRow("family of another series") << "RK9-370D" << LANES << true << "255";
-    QTest::newRow("family in lower case") << "rk9c-370d" << LANES << true << "255";
-    QTest::newRow("no device") << "" << QStringList{"checkBoxq1ln0"} << true << "16";
+    row("90F, all lanes", "RK9C-90F", LANES, true, "255");
+    row("family of another series", "RK9-370D", LANES, true, "255");
+    row("family in lower case", "rk9c-370d", LANES, true, "255");
+    row("no device", "", {"checkBoxq1ln0"}, true, "16");
 }
 
 void tst_ReconfigDialog::secondQuad()
@@ -256,8 +240,7 @@ void tst_ReconfigDialog::secondQuad()
     QFETCH(QString, mask);
 
     reconfiguration dialog;
-    dialog.setDevice(deviceOf(family));
-    dialog.dialogDidPrepare();
+    prepare(dialog, family);
     dialog.show();
     for (const QString &name : checked)
         widget<QCheckBox>(dialog, name)->setChecked(true);
@@ -276,10 +259,8 @@ void tst_ReconfigDialog::secondQuad()
             QCOMPARE(options.value(options.indexOf(flag) + 1), QString("0.00000000"));
     }
 
-    // The page keeps the dialog: prepared again for a device of the other
-    // kind, it follows.
-    dialog.setDevice(deviceOf(offered ? "RK9C-370D" : "RK9C-880E"));
-    dialog.dialogDidPrepare();
+    // Prepared again for a device of the other kind, it follows.
+    prepare(dialog, offered ? "RK9C-370D" : "RK9C-880E");
     for (const QString &name : SECOND_QUAD)
         QCOMPARE(widget<QWidget>(dialog, name)->isVisible(), !offered);
 }
@@ -289,60 +270,35 @@ void tst_ReconfigDialog::options_data()
     QTest::addColumn<QString>("task");
     QTest::addColumn<QStringList>("settings");
     QTest::addColumn<QStringList>("expected");
-
-    const QStringList frequencies{
-        "doubleSpinBoxTXQ0RefMux0Freq=156.25", "doubleSpinBoxTXQ0RefMux1Freq=125",
-        "doubleSpinBoxTXQ1RefMux0Freq=100.123456789", "doubleSpinBoxTXQ1RefMux1Freq=0"};
-    QTest::newRow("TX rate, QPLL1 on REFMUX1")
-        << "tx"
-        << QStringList{"doubleSpinBoxTXDataRate=10.3125", "comboBoxTXPLL=QPLL1",
-                       "comboBoxTXRefClkMux=REFMUX1", "comboBoxPMAWidth=20"}
-               + frequencies
-        << QStringList{"--tx_data_rate",    "10.31250000",
-                       "--pcs_tx_clk_src",  "2",
-                       "--pll_ref_sel",     "1",
-                       "--q0_refmux0_freq", "156.25000000",
-                       "--q0_refmux1_freq", "125.00000000",
-                       "--q1_refmux0_freq", "100.12345679",
-                       "--q1_refmux1_freq", "0.00000000",
-                       "--width_mode",      "20"};
-    QTest::newRow("TX rate, QPLL0")
-        << "tx" << QStringList{"comboBoxTXPLL=QPLL0", "doubleSpinBoxTXDataRate=999999"}
-        << QStringList{"--tx_data_rate",    "999999.00000000",
-                       "--pcs_tx_clk_src",  "1",
-                       "--pll_ref_sel",     "0",
-                       "--q0_refmux0_freq", "0.00000000",
-                       "--q0_refmux1_freq", "0.00000000",
-                       "--q1_refmux0_freq", "0.00000000",
-                       "--q1_refmux1_freq", "0.00000000",
-                       "--width_mode",      "8"};
-    QTest::newRow("RX rate, REFMUX1")
-        << "rx"
-        << QStringList{"doubleSpinBoxRXDataRate=2.5", "comboBoxRXRefclkMux=REFMUX1",
-                       "doubleSpinBoxRXQ1RefMux1Freq=312.5", "comboBoxPMAWidth=16"}
-        << QStringList{"--rx_data_rate",    "2.50000000", "--cdr_calc_src",    "1",
-                       "--q0_refmux0_freq", "0.00000000", "--q0_refmux1_freq", "0.00000000",
-                       "--q1_refmux0_freq", "0.00000000", "--q1_refmux1_freq", "312.50000000"};
-    QTest::newRow("loopback off") << "lb" << QStringList{"comboBoxLoopBackMode=OFF"}
-                                  << QStringList{"--lb_state", "OFF", "--lb_mode", "LB_NES"};
-    QTest::newRow("loopback near end") << "lb" << QStringList{"comboBoxLoopBackMode=LB_NES"}
-                                       << QStringList{"--lb_state", "ON", "--lb_mode", "LB_NES"};
-    QTest::newRow("loopback far end") << "lb" << QStringList{"comboBoxLoopBackMode=LB_ENC"}
-                                      << QStringList{"--lb_state", "ON", "--lb_mode", "LB_ENC"};
-    QTest::newRow("TX AFE, auto") << "txafe"
-                                  << QStringList{"spinBoxTXSwingLevel=15", "spinBoxFFECM=4",
-                                                 "spinBoxFFEC1=19"}
-                                  << QStringList{"--ffe_manual", "0", "--txlev",  "15",
-                                                 "--ffe_cm",     "4", "--ffe_c1", "19"};
-    QTest::newRow("TX AFE, manual")
-        << "txafe" << QStringList{"comboBoxTXAFEMode=Manual", "spinBoxFFECM=7"}
-        << QStringList{"--ffe_manual", "1", "--txlev", "0", "--ffe_cm", "7", "--ffe_c1", "0"};
-    QTest::newRow("RX AFE, manual")
-        << "rxafe"
-        << QStringList{"spinBoxBIAS=3", "spinBoxATTBOOST=2", "comboBoxRXAFEEQMode=Manual",
-                       "spinBoxATT=11", "spinBoxBoost=15"}
-        << QStringList{"--rx_eq_bias", "3",  "--dr_rx_att_boost", "2", "--eq_manual", "1",
-                       "--dr_rx_att",  "11", "--dr_rx_boost",     "15"};
+    const auto row
+        = [](const char *name, const char *task, const char *settings, const char *expected) {
+              QTest::newRow(name) << QString(task) << words(settings) << words(expected);
+          };
+    row("TX rate, QPLL1 on REFMUX1", "tx",
+        "doubleSpinBoxTXDataRate=10.3125 comboBoxTXPLL=QPLL1 comboBoxTXRefClkMux=REFMUX1 "
+        "comboBoxPMAWidth=20 doubleSpinBoxTXQ0RefMux0Freq=156.25 doubleSpinBoxTXQ0RefMux1Freq=125 "
+        "doubleSpinBoxTXQ1RefMux0Freq=100.123456789 doubleSpinBoxTXQ1RefMux1Freq=0",
+        "--tx_data_rate 10.31250000 --pcs_tx_clk_src 2 --pll_ref_sel 1 "
+        "--q0_refmux0_freq 156.25000000 --q0_refmux1_freq 125.00000000 "
+        "--q1_refmux0_freq 100.12345679 --q1_refmux1_freq 0.00000000 --width_mode 20");
+    row("TX rate, QPLL0", "tx", "comboBoxTXPLL=QPLL0 doubleSpinBoxTXDataRate=999999",
+        "--tx_data_rate 999999.00000000 --pcs_tx_clk_src 1 --pll_ref_sel 0 "
+        "--q0_refmux0_freq 0.00000000 --q0_refmux1_freq 0.00000000 "
+        "--q1_refmux0_freq 0.00000000 --q1_refmux1_freq 0.00000000 --width_mode 8");
+    row("RX rate, REFMUX1", "rx",
+        "doubleSpinBoxRXDataRate=2.5 comboBoxRXRefclkMux=REFMUX1 "
+        "doubleSpinBoxRXQ1RefMux1Freq=312.5 comboBoxPMAWidth=16",
+        "--rx_data_rate 2.50000000 --cdr_calc_src 1 --q0_refmux0_freq 0.00000000 "
+        "--q0_refmux1_freq 0.00000000 --q1_refmux0_freq 0.00000000 --q1_refmux1_freq 312.50000000");
+    row("loopback off", "lb", "comboBoxLoopBackMode=OFF", "--lb_state OFF --lb_mode LB_NES");
+    row("loopback far end", "lb", "comboBoxLoopBackMode=LB_ENC", "--lb_state ON --lb_mode LB_ENC");
+    row("TX AFE, auto", "txafe", "spinBoxTXSwingLevel=15 spinBoxFFECM=4 spinBoxFFEC1=19",
+        "--ffe_manual 0 --txlev 15 --ffe_cm 4 --ffe_c1 19");
+    row("TX AFE, manual", "txafe", "comboBoxTXAFEMode=Manual spinBoxFFECM=7",
+        "--ffe_manual 1 --txlev 0 --ffe_cm 7 --ffe_c1 0");
+    row("RX AFE, manual", "rxafe",
+        "spinBoxBIAS=3 spinBoxATTBOOST=2 comboBoxRXAFEEQMode=Manual spinBoxATT=11 spinBoxBoost=15",
+        "--rx_eq_bias 3 --dr_rx_att_boost 2 --eq_manual 1 --dr_rx_att 11 --dr_rx_boost 15");
 }
 
 void tst_ReconfigDialog::options()
@@ -359,8 +315,7 @@ void tst_ReconfigDialog::options()
         {"rxafe", &reconfiguration::getRxAFEOptions}};
 
     reconfiguration dialog;
-    dialog.setDevice(deviceOf("RK9C-880D"));
-    dialog.dialogDidPrepare();
+    prepare(dialog, "RK9C-880D");
     dialog.show();
     // Values are read whether or not their task is enabled.
     for (const QString &setting : settings)

@@ -261,11 +261,9 @@ void tst_Generator::designOnEveryTier_data()
     QTest::addColumn<QString>("deviceLine");
 
     QTest::newRow("880D") << "RK9C-880D" << APP_SERDES_TOML_TO_CSR_880K << "device = \"RK9C-880\"";
-    QTest::newRow("440D") << "RK9C-440D" << APP_SERDES_TOML_TO_CSR_880K << "device = \"RK9C-440\"";
     QTest::newRow("no device line") << "RK9-370D" << APP_SERDES_TOML_TO_CSR_880K << "";
     QTest::newRow("370Q") << "RK9C-370Q" << APP_SERDES_TOML_TO_CSR_370K << "device = \"RK9C-370\"";
     QTest::newRow("90F") << "RK9C-90F" << APP_SERDES_TOML_TO_CSR_90K << "device = \"RK9C-90\"";
-    QTest::newRow("MC-90D") << "RK9MC-90D" << APP_SERDES_TOML_TO_CSR_90K << "device = \"RK9MC-90\"";
 }
 
 // The whole build with the real stand-ins in place: each tier's file is
@@ -342,48 +340,34 @@ void tst_Generator::standInRefuses_data()
     QTest::addColumn<QString>("to");
     QTest::addColumn<QString>("message");
 
+    const auto row = [](const char *tag, const char *device, const char *tool, const char *after,
+                        const char *from, const char *to, const char *message) {
+        QTest::newRow(tag) << QString(device) << QString(tool) << QString(after) << QString(from)
+                           << QString(to) << QString(message);
+    };
     const char *t880k = APP_SERDES_TOML_TO_CSR_880K;
     const char *t370k = APP_SERDES_TOML_TO_CSR_370K;
     const char *t90k = APP_SERDES_TOML_TO_CSR_90K;
-    QTest::newRow("kind") << "RK9C-370D" << t370k << "[q0.ln2]"
-                          << "enable = false"
-                          << "enable = 0"
-                          << "[q0.ln2] enable: expected one of true, false, found 0";
-    QTest::newRow("value of another tier")
-        << "RK9C-880D" << t880k << "[q1.ln1]"
-        << "cdr_calib_clk_src = \"AUTO\""
-        << "cdr_calib_clk_src = \"REFMUX2\""
-        << "[q1.ln1] cdr_calib_clk_src: expected one of \"AUTO\", \"REFMUX0\", \"REFMUX1\", "
-           "found \"REFMUX2\"";
-    QTest::newRow("unknown field") << "RK9C-90D" << t90k << "[q0]"
-                                   << "enable = false"
-                                   << "enable = false\nvddt = 900.0"
-                                   << "[q0] vddt: no such field in tier 90k";
-    QTest::newRow("select out of range") << "RK9C-880E" << t880k << "[q0]"
-                                         << "qpll1_ref_sel = 0"
-                                         << "qpll1_ref_sel = 2"
-                                         << "[q0] qpll1_ref_sel: expected one of 0, 1, found 2";
-    QTest::newRow("frequency") << "RK9C-370Q" << t370k << "[q0]"
-                               << "ref_pad2_freq = \"0M\""
-                               << "ref_pad2_freq = \"fastM\""
-                               << "[q0] ref_pad2_freq: expected a string \"<number>M\", found "
-                                  "\"fastM\"";
-    QTest::newRow("missing field") << "RK9C-370Q" << t370k << "[q0.ln3]"
-                                   << "ffe_c0 = 40"
-                                   << ""
-                                   << "[q0.ln3] ffe_c0: missing";
-    QTest::newRow("section of another tier") << "RK9C-90F" << t90k << ""
-                                             << "[q0.ln3]"
-                                             << "[q1.ln3]"
-                                             << "[q1]: no such section in tier 90k";
-    QTest::newRow("file of another tier") << "RK9C-90F" << t370k << ""
-                                          << ""
-                                          << ""
-                                          << "[q0] refimux2_sel: missing";
-    QTest::newRow("not TOML") << "RK9C-880D" << t880k << "[q0.ln0]"
-                              << "enable = false"
-                              << "enable = false\nenable = true"
-                              << "cannot redefine existing boolean 'enable'";
+    row("kind", "RK9C-370D", t370k, "[q0.ln2]", "enable = false", "enable = 0",
+        "[q0.ln2] enable: expected one of true, false, found 0");
+    row("value of another tier", "RK9C-880D", t880k, "[q1.ln1]", "cdr_calib_clk_src = \"AUTO\"",
+        "cdr_calib_clk_src = \"REFMUX2\"",
+        "[q1.ln1] cdr_calib_clk_src: expected one of \"AUTO\", \"REFMUX0\", \"REFMUX1\", "
+        "found \"REFMUX2\"");
+    row("unknown field", "RK9C-90D", t90k, "[q0]", "enable = false", "enable = false\nvddt = 900.0",
+        "[q0] vddt: no such field in tier 90k");
+    row("select out of range", "RK9C-880E", t880k, "[q0]", "qpll1_ref_sel = 0", "qpll1_ref_sel = 2",
+        "[q0] qpll1_ref_sel: expected one of 0, 1, found 2");
+    row("frequency", "RK9C-370Q", t370k, "[q0]", "ref_pad2_freq = \"0M\"",
+        "ref_pad2_freq = \"fastM\"",
+        "[q0] ref_pad2_freq: expected a string \"<number>M\", found \"fastM\"");
+    row("missing field", "RK9C-370Q", t370k, "[q0.ln3]", "ffe_c0 = 40", "",
+        "[q0.ln3] ffe_c0: missing");
+    row("section of another tier", "RK9C-90F", t90k, "", "[q0.ln3]", "[q1.ln3]",
+        "[q1]: no such section in tier 90k");
+    row("file of another tier", "RK9C-90F", t370k, "", "", "", "[q0] refimux2_sel: missing");
+    row("not TOML", "RK9C-880D", t880k, "[q0.ln0]", "enable = false",
+        "enable = false\nenable = true", "cannot redefine existing boolean 'enable'");
 }
 
 // The stand-in takes no file but one its tier's writer could have made, and
@@ -480,7 +464,6 @@ void tst_Generator::txFfe_data()
         << QStringList{"[q0.ln0].ffe_cm 25", "[q0.ln0].ffe_c1 25", "x [q0.ln0].ffe_c0 3"}
         << QString();
     QTest::newRow("no cm line") << QStringList{"[q0.ln0].ffe_c1 25"} << QString();
-    QTest::newRow("no lines") << QStringList() << QString();
 }
 
 void tst_Generator::txFfe()
@@ -504,33 +487,27 @@ void tst_Generator::registerBuild_data()
     // Null when no register file is to exist.
     QTest::addColumn<QString>("csr");
 
+    const auto row
+        = [](const char *tag, const QByteArray &script, const QStringList &errors,
+             const QString &csr = QString(), const QStringList &csrLines = {"csr one", "csr two"}) {
+              QTest::newRow(tag) << script << QStringList() << csrLines << errors.isEmpty()
+                                 << errors << csr;
+          };
     const QByteArray writes = "printf 'regs of %s %s\\n' \"$1\" \"$2\" > \"$3\"";
-    const QStringList two{"csr one", "csr two"};
-    QTest::newRow("success") << writes << QStringList() << two << true << QStringList()
-                             << "regs of serdes_tmp.toml -o\ncsr one\ncsr two\n";
-    QTest::newRow("nothing to append") << writes << QStringList() << QStringList() << true
-                                       << QStringList() << "regs of serdes_tmp.toml -o\n";
-    QTest::newRow("Exception before Error")
-        << QByteArray("echo 'step 1\nException: at 3\nError: bad field' >&2; exit 3")
-        << QStringList() << two << false << QStringList{"Error: bad field\n"} << QString();
-    QTest::newRow("only Exception")
-        << QByteArray("echo 'step 1\nException: at 3' >&2; exit 1") << QStringList() << two << false
-        << QStringList{"Exception: at 3\n"} << QString();
-    QTest::newRow("neither word") << QByteArray(
-        "printf 'it broke\\000Error: behind NUL' >&2; exit 1")
-                                  << QStringList() << two << false << QStringList{"it broke"}
-                                  << QString();
-    QTest::newRow("silent failure")
-        << QByteArray("exit 1") << QStringList() << two << false << QStringList{""} << QString();
+    row("success", writes, {}, "regs of serdes_tmp.toml -o\ncsr one\ncsr two\n");
+    row("nothing to append", writes, {}, "regs of serdes_tmp.toml -o\n", {});
+    row("Exception before Error", "echo 'step 1\nException: at 3\nError: bad field' >&2; exit 3",
+        {"Error: bad field\n"});
+    row("only Exception", "echo 'step 1\nException: at 3' >&2; exit 1", {"Exception: at 3\n"});
+    row("neither word", QByteArray("printf 'it broke\\000Error: behind NUL' >&2; exit 1"),
+        {"it broke"});
+    row("silent failure", "exit 1", {""});
     QTest::newRow("untranslatable line")
-        << QByteArray("touch started") << QStringList{"q0_ln0_vddt 950"} << two << false
+        << QByteArray("touch started") << QStringList{"q0_ln0_vddt 950"}
+        << QStringList{"csr one", "csr two"} << false
         << QStringList{"can no conver param: q0_ln0_vddt 950"} << QString();
-    QTest::newRow("register file not appendable")
-        << QByteArray("mkdir \"$3\"") << QStringList() << two << false
-        << QStringList{"<csr>:\nFailed to write file."} << QString();
-    QTest::newRow("no tool") << QByteArray() << QStringList() << two << false
-                             << QStringList{"Can not find <tool>, please check your installation."}
-                             << QString();
+    row("register file not appendable", "mkdir \"$3\"", {"<csr>:\nFailed to write file."});
+    row("no tool", QByteArray(), {"Can not find <tool>, please check your installation."});
 }
 
 // Each outcome of the compiler step: what the result, the error texts and the

@@ -66,11 +66,6 @@ QStringList boxesIn(serdesView &view, const QColor &colour)
     return names;
 }
 
-QPoint centreOf(GraphicsView *view, SerdesItem *item)
-{
-    return view->mapFromScene(item->sceneBoundingRect().center());
-}
-
 } // namespace
 
 class tst_ViewsFloorplan : public QObject
@@ -103,7 +98,6 @@ void tst_ViewsFloorplan::quadsPerTier_data()
     QTest::newRow("370k") << "RK9C-370D" << 1;
     QTest::newRow("90k") << "RK9LMC-90F" << 1;
     QTest::newRow("unlisted") << "RK9-370D" << 2;
-    QTest::newRow("case differs") << "rk9c-370d" << 2;
 }
 
 void tst_ViewsFloorplan::quadsPerTier()
@@ -153,10 +147,9 @@ void tst_ViewsFloorplan::colours_data()
     QTest::newRow("line names colour their lane")
         << "RK9C-880D" << QStringList{"Q1_CPLL3", "0"} << QStringList{"Q1_LANE3_TX", "Q1_LANE3_RX"}
         << QStringList{"Q1_CPLL3", "Q1_LANE3"};
-    QTest::newRow("unknown PLL ignored") << "RK9C-880D" << QStringList{"Q0_CPLL4"}
-                                         << QStringList{"Q0_LANE2"} << QStringList{"Q0_LANE2"};
-    QTest::newRow("PLL names match whole") << "RK9C-880D" << QStringList{"Q0_QPLL0_X"}
-                                           << QStringList{"Q0_LANE1"} << QStringList{"Q0_LANE1"};
+    QTest::newRow("unknown PLLs ignored, names match whole")
+        << "RK9C-880D" << QStringList{"Q0_CPLL4", "Q0_QPLL0_X"}
+        << QStringList{"Q0_LANE2", "Q0_LANE1"} << QStringList{"Q0_LANE1", "Q0_LANE2"};
     QTest::newRow("case matters") << "RK9C-880D" << QStringList{"q0_qpll0"}
                                   << QStringList{"q0_lane0"} << QStringList{};
     QTest::newRow("second quad absent")
@@ -174,13 +167,12 @@ void tst_ViewsFloorplan::colours()
     serdesView view;
     view.setDevice(deviceOf(family));
     view.initDisplayView();
-    auto m = request(QStringLiteral("inst"), plls, lanes, 0.3);
+    auto m = request("inst", plls, lanes, 0.3);
     const QColor colour = QColor::fromHsvF(0.3, 0.5, 0.9, 1.0);
-
     view.addItem(m.get());
     QCOMPARE(boxesIn(view, colour), coloured);
     QCOMPARE(view.editItems.keys(), QStringList{"inst"});
-    SerdesItem *tile = view.editItems.value(QStringLiteral("inst"));
+    SerdesItem *tile = view.editItems.value("inst");
     QCOMPARE(tile->brushColor(), colour);
     QCOMPARE(tile->scene(), view.stripScene);
     QCOMPARE(tile->boundingRect(), QRectF(0, 0, 170, 60));
@@ -196,11 +188,11 @@ void tst_ViewsFloorplan::tilesInNameOrder()
 {
     serdesView view;
     view.resize(800, 500);
-    view.setDevice(deviceOf(QStringLiteral("RK9C-880D")));
+    view.setDevice(deviceOf("RK9C-880D"));
     view.initDisplayView();
-    const QString longName = QStringLiteral("an_instance_whose_name_does_not_fit_on_one_tile");
+    const QString longName = "an_instance_whose_name_does_not_fit_on_one_tile";
     std::vector<std::unique_ptr<Message>> messages;
-    for (const QString &name : {QStringLiteral("x9"), longName, QStringLiteral("x10")}) {
+    for (const QString &name : {QString("x9"), longName, QString("x10")}) {
         messages.push_back(request(name, {}, {}, 0.1));
         view.addItem(messages.back().get());
     }
@@ -263,19 +255,18 @@ void tst_ViewsFloorplan::tileActions()
 
     serdesView view;
     view.resize(600, 400);
-    auto m = request(QStringLiteral("eth0"), {}, {}, 0.7);
+    auto m = request("eth0", {}, {}, 0.7);
     view.addItem(m.get());
     view.show();
     QVERIFY(QTest::qWaitForWindowExposed(&view));
     QSignalSpy edited(&view, &serdesView::sigEditItem);
     QSignalSpy deleted(&view, &serdesView::sigDeleteItem);
-    SerdesItem *tile = view.editItems.value(QStringLiteral("eth0"));
-    const QPoint at = centreOf(view.stripView, tile);
+    const QPoint at
+        = view.stripView->mapFromScene(view.editItems.value("eth0")->sceneBoundingRect().center());
 
-    bool answered = answer == 0;
     int menuActions = -1;
     QString question;
-    if (gesture == QLatin1String("double")) {
+    if (gesture == "double") {
         QTest::mouseDClick(view.stripView->viewport(), Qt::LeftButton, {}, at);
     } else {
         whenReady([menuDowns, &menuActions] {
@@ -289,29 +280,24 @@ void tst_ViewsFloorplan::tileActions()
             return true;
         });
         if (answer) {
-            whenReady([answer, &answered, &question] {
+            whenReady([answer, &question] {
                 auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
                 if (!box)
                     return false;
                 question = box->windowTitle() + QLatin1Char('/') + box->text();
                 box->button(QMessageBox::StandardButton(answer))->click();
-                answered = true;
                 return true;
             });
         }
         QTest::mouseClick(view.stripView->viewport(), Qt::RightButton, {}, at);
         QCOMPARE(menuActions, 2);
     }
-    QTRY_VERIFY(answered);
+    QTRY_COMPARE(question, answer ? QString("Delete Item/Delete Item") : QString());
     QCoreApplication::processEvents();
-    if (answer)
-        QCOMPARE(question, QStringLiteral("Delete Item/Delete Item"));
     QCOMPARE(edited.count(), edits);
     QCOMPARE(deleted.count(), deletes);
-    if (edits)
-        QCOMPARE(edited.first().first().toString(), QStringLiteral("eth0"));
-    if (deletes)
-        QCOMPARE(deleted.first().first().toString(), QStringLiteral("eth0"));
+    for (const QSignalSpy *spy : {&edited, &deleted})
+        QVERIFY(spy->isEmpty() || spy->first().first().toString() == "eth0");
     // The view only asks: the page removes the tile.
     QCOMPARE(view.editItems.keys(), QStringList{"eth0"});
 }
@@ -364,7 +350,6 @@ void tst_ViewsFloorplan::zoomLimits_data()
 
     QTest::newRow("one step in") << 1 << 0 << 1.2;
     QTest::newRow("capped") << 12 << 0 << 4.0;
-    QTest::newRow("one step out") << 0 << 1 << 0.8;
     QTest::newRow("floored") << 0 << 15 << 0.1;
     QTest::newRow("out from the cap") << 12 << 1 << 4.0 * 0.8;
 }
@@ -378,8 +363,8 @@ void tst_ViewsFloorplan::zoomLimits()
     serdesView view;
     view.show();
     QVERIFY(QTest::qWaitForWindowExposed(&view));
-    auto *in = view.floorplanView->findChild<QToolButton *>(QStringLiteral("zoomInButton"));
-    auto *out = view.floorplanView->findChild<QToolButton *>(QStringLiteral("zoomOutButton"));
+    auto *in = view.floorplanView->findChild<QToolButton *>("zoomInButton");
+    auto *out = view.floorplanView->findChild<QToolButton *>("zoomOutButton");
     QVERIFY(in && out);
     QVERIFY(!view.stripView->findChild<QToolButton *>());
     for (int i = 0; i < ins; ++i)
