@@ -4,6 +4,7 @@
 #include "model/serdes.h"
 #include "plugin/serdesipconstants.h"
 #include "protocol/baseprotocol.h"
+#include "protocol/confirmdirectory.h"
 #include "ui_microsysipgendlg.h"
 
 #include <core/idecore.h>
@@ -323,16 +324,9 @@ bool MicroSysIPGenDlg::checkFileExisting()
         return true;
 
     const QString path = m_ui->editCreateIn->text();
-    if (QDir(path).exists()) {
-        const QMessageBox::StandardButton answer = QMessageBox::question(
-            this, QStringLiteral("Confirm"),
-            QStringLiteral("Directory \"%1\" already exists, do you want to overwrite?")
-                .arg(QDir::toNativeSeparators(QDir::cleanPath(path))),
-            QMessageBox::Yes | QMessageBox::Cancel, QMessageBox::Cancel);
-        return answer != QMessageBox::Cancel;
-    }
-    if (QDir().mkpath(path))
-        return true;
+    const DirectoryAnswer answer = confirmDirectory(this, path, QStringLiteral("Confirm"));
+    if (answer != DirectoryAnswer::NotMade)
+        return answer == DirectoryAnswer::Ready;
 
     QMessageBox box(
         QMessageBox::NoIcon, QStringLiteral("Error"),

@@ -3,6 +3,7 @@
 
 #include "model/serdes.h"
 #include "plugin/serdesipconstants.h"
+#include "protocol/confirmdirectory.h"
 #include "ui_gendlg.h"
 
 #include <core/idecore.h>
@@ -350,16 +351,9 @@ bool protocolGenDlg::checkFileExisting()
         return true;
 
     const QString path = m_ui->editCreateIn->text();
-    if (QDir(path).exists()) {
-        const QMessageBox::StandardButton answer = QMessageBox::question(
-            this, QStringLiteral("Warning"),
-            QStringLiteral("Directory \"%1\" already exists, do you want to overwrite?")
-                .arg(QDir::toNativeSeparators(QDir::cleanPath(path))),
-            QMessageBox::Yes | QMessageBox::Cancel, QMessageBox::Cancel);
-        return answer != QMessageBox::Cancel;
-    }
-    if (QDir().mkpath(path))
-        return true;
+    const DirectoryAnswer answer = confirmDirectory(this, path, QStringLiteral("Warning"));
+    if (answer != DirectoryAnswer::NotMade)
+        return answer == DirectoryAnswer::Ready;
     showImageBox(
         this, QStringLiteral("Error"),
         QStringLiteral("Failed to create path \"%1\"").arg(QDir::toNativeSeparators(path)));

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#include "protocol/confirmdirectory.h"
+
+#include <QDir>
+#include <QMessageBox>
+
+namespace IPSERDESIP {
+
+DirectoryAnswer confirmDirectory(QWidget *parent, const QString &path,
+                                 const QString &confirmTitle)
+{
+    if (QDir(path).exists()) {
+        const QMessageBox::StandardButton answer = QMessageBox::question(
+            parent, confirmTitle,
+            QStringLiteral("Directory \"%1\" already exists, do you want to overwrite?")
+                .arg(QDir::toNativeSeparators(QDir::cleanPath(path))),
+            QMessageBox::Yes | QMessageBox::Cancel, QMessageBox::Cancel);
+        return answer == QMessageBox::Cancel ? DirectoryAnswer::Declined : DirectoryAnswer::Ready;
+    }
+    return QDir().mkpath(path) ? DirectoryAnswer::Ready : DirectoryAnswer::NotMade;
+}
+
+} // namespace IPSERDESIP
