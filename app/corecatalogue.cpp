@@ -6,7 +6,9 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QPluginLoader>
+#include <QSettings>
 
 CoreCatalogue::~CoreCatalogue()
 {
@@ -76,4 +78,21 @@ QStringList CoreCatalogue::listing(const DEV::DeviceArg &device) const
                      .join(QLatin1Char('\t'));
     }
     return lines;
+}
+
+IPCore::BaseIPCore *CoreCatalogue::coreForConfiguration(const QString &file, QString *error) const
+{
+    if (!QFileInfo(file).isFile()) {
+        *error = QStringLiteral("\"%1\" does not exist.").arg(QDir::toNativeSeparators(file));
+        return nullptr;
+    }
+    const QString type
+        = QSettings(file, QSettings::IniFormat).value(QStringLiteral("type")).toString();
+    for (const Entry &entry : m_entries) {
+        if (entry.core->id() == type)
+            return entry.core;
+    }
+    *error = QStringLiteral("No installed core reads \"%1\": it was made by \"%2\".")
+                 .arg(QDir::toNativeSeparators(file), type);
+    return nullptr;
 }

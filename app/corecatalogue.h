@@ -39,6 +39,10 @@ public:
     const QList<Entry> &entries() const { return m_entries; }
     const QStringList &problems() const { return m_problems; }
 
+    // The core that made the configuration file `file`, named by its "type";
+    // null, with the reason in `error`, when no installed core reads it.
+    IPCore::BaseIPCore *coreForConfiguration(const QString &file, QString *error) const;
+
     // One line a core, fields separated by tabs: id, name, version,
     // categories, and whether the device may use it.
     QStringList listing(const DEV::DeviceArg &device) const;

@@ -2,8 +2,11 @@
 //
 // ipcoregen: the IP Core Generator. With a display it opens the catalogue
 // window; with --list, or when no display is available, it prints the
-// catalogue for one device and exits.
+// catalogue for one device and exits. With --open and any of --generate,
+// --report or --schematic it regenerates a saved configuration without a
+// person, display or not.
 
+#include "batchrun.h"
 #include "corecatalogue.h"
 #include "mainwindow.h"
 
@@ -87,9 +90,23 @@ int main(int argc, char *argv[])
     const QCommandLineOption openOption(QStringLiteral("open"),
                                         QStringLiteral("Open a configuration file."),
                                         QStringLiteral("file"));
+    const QCommandLineOption generateOption(
+        QStringLiteral("generate"),
+        QStringLiteral("With --open: generate the configuration's files, as OK does, and exit."));
+    const QCommandLineOption reportOption(
+        QStringLiteral("report"),
+        QStringLiteral("With --open: write the configuration as placed, in JSON, and exit."),
+        QStringLiteral("file"));
+    const QCommandLineOption schematicOption(
+        QStringLiteral("schematic"),
+        QStringLiteral("With --open: draw the clock schematic into an SVG or PNG file, and exit."),
+        QStringLiteral("file"));
     parser.addOption(listOption);
     parser.addOption(deviceOption);
     parser.addOption(openOption);
+    parser.addOption(generateOption);
+    parser.addOption(reportOption);
+    parser.addOption(schematicOption);
 
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
@@ -99,6 +116,27 @@ int main(int argc, char *argv[])
     parser.parse(arguments);
     const bool wantList = parser.isSet(listOption);
     const QString deviceId = parser.value(deviceOption);
+    const bool wantBatch = parser.isSet(generateOption) || parser.isSet(reportOption)
+                           || parser.isSet(schematicOption);
+
+    if (wantBatch && parser.errorText().isEmpty()) {
+        if (!parser.isSet(openOption)) {
+            QTextStream(stderr) << "--generate, --report and --schematic need --open FILE.\n";
+            return 2;
+        }
+        // The cores' dialogs are made but never shown to anyone.
+        if (!displayAvailable())
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        QApplication app(argc, argv);
+        QApplication::setApplicationName(QStringLiteral("IP Core Generator"));
+        CoreCatalogue catalogue;
+        catalogue.load(CoreCatalogue::defaultRoot());
+        BatchRun batch(&catalogue);
+        batch.generate = parser.isSet(generateOption);
+        batch.reportFile = parser.value(reportOption);
+        batch.schematicFile = parser.value(schematicOption);
+        return batch.run(parser.value(openOption));
+    }
 
     if (wantList || !parser.errorText().isEmpty() || parser.isSet(QStringLiteral("help"))
         || !displayAvailable()) {

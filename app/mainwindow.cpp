@@ -235,25 +235,16 @@ void MainWindow::openConfiguration()
 
 bool MainWindow::openConfigurationFile(const QString &file)
 {
-    const QFileInfo info(file);
-    if (!info.isFile()) {
-        QMessageBox::warning(this, QStringLiteral("Open Configuration"),
-                             QStringLiteral("\"%1\" does not exist.")
-                                 .arg(QDir::toNativeSeparators(file)));
+    QString error;
+    IPCore::BaseIPCore *core = m_catalogue->coreForConfiguration(file, &error);
+    if (!core) {
+        QMessageBox::warning(this, QStringLiteral("Open Configuration"), error);
         return false;
     }
-    const QString type = QSettings(file, QSettings::IniFormat).value(QStringLiteral("type")).toString();
-    for (const CoreCatalogue::Entry &entry : m_catalogue->entries()) {
-        if (entry.core->id() == type) {
-            rememberRecent(info.absoluteFilePath());
-            entry.core->open(info.absolutePath(), info.absoluteFilePath());
-            return true;
-        }
-    }
-    QMessageBox::warning(this, QStringLiteral("Open Configuration"),
-                         QStringLiteral("No installed core reads \"%1\": it was made by \"%2\".")
-                             .arg(QDir::toNativeSeparators(file), type));
-    return false;
+    const QFileInfo info(file);
+    rememberRecent(info.absoluteFilePath());
+    core->open(info.absolutePath(), info.absoluteFilePath());
+    return true;
 }
 
 void MainWindow::rememberRecent(const QString &file)

@@ -34,3 +34,27 @@ function(serdes_write_package)
                                      COMPATIBILITY SameMinorVersion)
     install(FILES ${config} ${version} DESTINATION ${SERDES_PACKAGE_DIR})
 endfunction()
+
+# serdes_build_outside(<target> <source dir> <install prefix>)
+# Builds a protocol the way its author would: a CMake project of its own,
+# configured against the staged tree's package only, and installed below
+# <install prefix>, into ipcore/SERDES_IP/IPlib/<name>/ there.
+include(ExternalProject)
+function(serdes_build_outside target source prefix)
+    set(flags "")
+    if(SERDES_SANITIZE)
+        set(flags "-fsanitize=address,undefined -fno-omit-frame-pointer")
+    endif()
+    ExternalProject_Add(${target}
+        SOURCE_DIR ${source}
+        BINARY_DIR ${CMAKE_CURRENT_BINARY_DIR}/${target}-build
+        INSTALL_DIR ${prefix}
+        CMAKE_ARGS
+            -DCMAKE_PREFIX_PATH=${SERDES_STAGE_DIR}
+            -DCMAKE_INSTALL_PREFIX=<INSTALL_DIR>
+            -DCMAKE_BUILD_TYPE=${CMAKE_BUILD_TYPE}
+            -DCMAKE_CXX_FLAGS=${flags}
+        BUILD_ALWAYS ON
+        DEPENDS SERDES_IP hostplatform
+    )
+endfunction()

@@ -3,8 +3,14 @@
 
 #include "plugin/serdesip_global.h"
 
+#include <dev/devicearg.h>
+
+#include <QMap>
 #include <QString>
 #include <QStringList>
+#include <QVariant>
+
+class QObject;
 
 namespace IPSERDESIP {
 
@@ -28,5 +34,17 @@ SERDESIP_EXPORT int FromLaneToInt(const QStringList &labels);
 
 // The hue of the index-th protocol instance, in [0, 1].
 SERDESIP_EXPORT double getH(int index);
+
+// Synthesises `sources` (names below info's data directory) into a netlist for
+// `device` and copies the results from the run's directory
+// <working dir>/<file>/temp/<name> to <working dir>/<file>. Waits in a local
+// event loop, so the caller's events go on being processed meanwhile. The
+// helper, its dialog and the loop belong to `parent`. Failures are shown to
+// the user; on success `netlist` is the copied netlist.
+SERDESIP_EXPORT bool waitForRunSyntheSis(const DEV::DeviceArg &device,
+                                         const QMap<QString, QVariant> &args,
+                                         const QMap<QString, QVariant> &info,
+                                         const QStringList &sources, const QString &name,
+                                         QString &netlist, QObject *parent);
 
 } // namespace IPSERDESIP

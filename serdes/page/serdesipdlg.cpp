@@ -1,27 +1,41 @@
 // SPDX-License-Identifier: MIT
 #include "page/serdesipdlg.h"
 
+#include "model/mux.h"
+#include "model/pll.h"
 #include "model/serdes.h"
 #include "model/serdesip_common.h"
+#include "page/configurationreport.h"
 #include "plugin/serdesipconstants.h"
 #include "protocol/baseprotocol.h"
 #include "protocol/m_treecomboboxwidget.h"
 #include "protocol/message.h"
 #include "protocol/protocolpackage.h"
 #include "reconfig/reconfiguration.h"
+#include "translate/generator.h"
 #include "translate/parser.h"
 #include "views/clockschematicview.h"
 #include "views/serdesview.h"
+
+#include <core/editormanager.h>
+#include <ipcore/ipcorefile.h>
+#include <ipcore/ipcoreproject.h>
+#include <ipcore/tvmodgenproxy.h>
+#include <te/flowmanager.h>
+#include <te/taskengine.h>
 
 #include "ui_microsysipgendlg.h"
 #include "ui_serdesipdlg.h"
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QJsonDocument>
 #include <QMessageBox>
 #include <QPluginLoader>
+#include <QSaveFile>
 #include <QSettings>
 #include <QStyleFactory>
 #include <QVBoxLayout>
@@ -78,6 +92,7 @@ void showOkBox(QWidget *parent, QMessageBox::Icon icon, const QString &title,
                const QString &text)
 {
     QMessageBox box(icon, title, text, QMessageBox::Ok, parent);
+    box.setDefaultButton(QMessageBox::Ok);
     box.setWindowIcon(QIcon(QStringLiteral("://image/module.png")));
     if (icon == QMessageBox::NoIcon)
         box.setIconPixmap(QPixmap(QStringLiteral("://image/exclamation.png")));
@@ -402,6 +417,67 @@ QList<QPair<QString, QString>> serdesipdlg::getConnectListFromToml()
     return connections;
 }
 
+QList<QPair<QString, QString>> serdesipdlg::getConnectList()
+{
+    const QString toml = QStringLiteral("serdes_tmp.toml");
+    generateToml(toml);
+    QList<QPair<QString, QString>> connections;
+    {
+        // TOML sections read as INI groups: "q0.ln1/enable" is the key
+        // "enable" of section "q0.ln1". Values are compared as written.
+        QSettings settings(toml, QSettings::IniFormat);
+        const auto text = [&settings](const QString &key, const char *fallback = "") {
+            return settings.value(key, QLatin1String(fallback)).toString();
+        };
+        for (int q = 0; q < 2; ++q) {
+            if (text(QStringLiteral("q%1/enable").arg(q), "false") != QLatin1String("true"))
+                continue;
+            for (int n = 0; n < 4; ++n) {
+                const QString section = QStringLiteral("q%1.ln%2/").arg(q).arg(n);
+                if (text(section + QStringLiteral("enable")) != QLatin1String("true"))
+                    continue;
+                const QString lane = QStringLiteral("Q%1_LANE%2_").arg(q).arg(n);
+                const QString quad = QStringLiteral("Q%1_").arg(q);
+                switch (settings.value(section + QStringLiteral("pcs_tx_clk_src"), 0).toInt()) {
+                case 0:
+                    connections << qMakePair(QString(quad + QStringLiteral("CPLL")
+                                                     + QString::number(n)),
+                                             QString(lane + QStringLiteral("TX")));
+                    break;
+                case 1:
+                    connections << qMakePair(QString(quad + QStringLiteral("QPLL0")),
+                                             QString(lane + QStringLiteral("TX")));
+                    break;
+                case 2:
+                    connections << qMakePair(QString(quad + QStringLiteral("QPLL1")),
+                                             QString(lane + QStringLiteral("TX")));
+                    break;
+                default:
+                    break;
+                }
+                const QString cdr = text(section + QStringLiteral("cdr_calib_clk_src"));
+                if (cdr == QLatin1String("REFMUX0") || cdr == QLatin1String("REFMUX1")) {
+                    connections << qMakePair(QString(quad + QStringLiteral("MUX") + cdr.right(1)),
+                                             QString(lane + QStringLiteral("RX")));
+                }
+            }
+        }
+    }
+    serdes *model = serdes::instance();
+    const QMap<QString, Instance *> elements = model->allInstance();
+    for (auto it = elements.cbegin(); it != elements.cend(); ++it) {
+        if (auto *pll = dynamic_cast<PLL *>(it.value())) {
+            if (model->checkPllEnable(it.key()) && pll->Mux())
+                connections << qMakePair(pll->Mux()->point(), it.key());
+        } else if (auto *mux = dynamic_cast<MUX *>(it.value())) {
+            if (mux->enable())
+                connections << qMakePair(mux->point(), it.key());
+        }
+    }
+    QFile::remove(toml);
+    return connections;
+}
+
 void serdesipdlg::showClockSchematic()
 {
     if (!m_schematic)
@@ -423,6 +499,30 @@ void serdesipdlg::showReconfiguration()
     m_reconfig->setVisible(true);
 }
 
+bool serdesipdlg::writeReport(const QString &path)
+{
+    const QJsonObject report = configurationReport(device(), moduleName(), fileName(), m_messages,
+                                                   serdes::instance()->allAccess());
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)
+        || file.write(QJsonDocument(report).toJson()) < 0 || !file.commit()) {
+        qCritical("Cannot write the report \"%s\": %s", qPrintable(QDir::toNativeSeparators(path)),
+                  qPrintable(file.errorString()));
+        return false;
+    }
+    return true;
+}
+
+bool serdesipdlg::writeSchematic(const QString &path)
+{
+    QString error;
+    if (!clockSchematicView::saveSchematic(device(), getConnectListFromToml(), path, error)) {
+        qCritical("%s", qPrintable(error));
+        return false;
+    }
+    return true;
+}
+
 void serdesipdlg::accept()
 {
     if (m_args.isEmpty()) {
@@ -431,9 +531,183 @@ void serdesipdlg::accept()
         return;
     }
     serdes::instance()->setWorkingDir(createPath());
+    // The configuration is saved before anything is generated, so that a
+    // failing protocol never costs the user the instances.
     if (!setupArgs())
         return;
-    QDialog::accept();
+    if (generate())
+        QDialog::accept();
+}
+
+bool serdesipdlg::generate()
+{
+    QStringList allIniLines;
+    QStringList allCsrLines;
+    QStringList allModArgs;
+    QStringList projectFiles;
+    bool uparNeeded = false;
+
+    const QStringList names = m_args.keys();
+    for (int i = 0; i < names.size(); ++i) {
+        const QMap<QString, QVariant> args = m_args.value(names.at(i));
+        QStringList iniLines;
+        QStringList csrLines;
+        QStringList modArgs;
+        QString outputFile;
+        if (!m_owners.value(names.at(i))->generate(args, iniLines, csrLines, modArgs, outputFile,
+                                                   true))
+            return false;
+        // Two instances may set the same parameter to the same value; register
+        // text, by contrast, is written as often as it comes.
+        for (const QString &line : qAsConst(iniLines)) {
+            if (!allIniLines.contains(line))
+                allIniLines << line;
+        }
+        allCsrLines << csrLines;
+        const QString module = args.value(QLatin1String(MODULE_NAME)).toString();
+        allModArgs << QStringLiteral("-protocol_module_name%1 %2").arg(QString::number(i), module);
+        allModArgs << modArgs;
+        projectFiles << outputFile;
+        if (!uparNeeded)
+            uparNeeded = allModArgs.contains(QString(QLatin1Char('-') + module
+                                                     + QStringLiteral("EnableDRP true")));
+    }
+
+    if (uparNeeded) {
+        QMap<QString, QVariant> args;
+        QMap<QString, QVariant> info;
+        if (!prepareForUparArbiter(args, info))
+            return false;
+        QString netlist;
+        const QStringList sources{QStringLiteral("upar_arbiter.v"),
+                                  QStringLiteral("upar_arbiter_wrap.v")};
+        if (!waitForRunSyntheSis(device(), args, info, sources,
+                                 QLatin1String(UPAR_ARBITER_PROJNAME), netlist, this))
+            return false;
+        projectFiles << netlist;
+    }
+
+    // The wrapper comes before the register file, and nothing is opened or
+    // added to the project until both exist.
+    QString topFile;
+    QString templateFile;
+    if (!generateTopModule(allModArgs, topFile, templateFile))
+        return false;
+    if (!generateCsrFile(allIniLines, allCsrLines))
+        return false;
+    Core::EditorManager::openEditor(templateFile, false);
+    addToProj(projectFiles << topFile);
+    return true;
+}
+
+bool serdesipdlg::generateTopModule(const QStringList &modLines, QString &topFile,
+                                    QString &templateFile)
+{
+    const int language = uiLanguageIndex();
+    const bool vhdl = language != 0;
+    QStringList lines;
+    lines << QStringLiteral("-type %1").arg(QLatin1String("SERDES"))
+          << QStringLiteral("-path %1").arg(QString(createPath() + QLatin1Char('/')))
+          << QStringLiteral("-file_type %1").arg(vhdl ? QLatin1String("vhdl") : QLatin1String("vlg"))
+          << QStringLiteral("-file_name %1").arg(fileName())
+          << QStringLiteral("-mod_name %1").arg(moduleName()) << IPCore::modfileHeader(device())
+          << modLines;
+    const QString commandFile = createPath() + QLatin1Char('/') + QLatin1String(FILE_MOD);
+    if (!IPCore::generateFile(commandFile, lines, this, QString()))
+        return false;
+    {
+        IPCore::TvModGenProxy modGen;
+        if (modGen.startModGen(commandFile, static_cast<IPCore::FileType>(language), false) != 0)
+            return false;
+    }
+
+    const QString suffix = vhdl ? QStringLiteral(".vhd") : QStringLiteral(".v");
+    const QString top = createPath() + QLatin1Char('/') + fileName() + suffix;
+    if (!QFileInfo::exists(top)) {
+        showOkBox(this, QMessageBox::Warning, tr("Warning"), tr("Generation failed!"));
+        return false;
+    }
+    topFile = QFileInfo(top).canonicalFilePath();
+    templateFile = QFileInfo(createPath() + QLatin1Char('/') + fileName() + QStringLiteral("_tmp")
+                             + suffix)
+                       .canonicalFilePath();
+    return true;
+}
+
+bool serdesipdlg::generateCsrFile(const QStringList &iniLines, const QStringList &csrLines)
+{
+    const QString path = createPath() + QLatin1Char('/') + fileName() + QStringLiteral(".csr");
+    generator csr;
+    // What went wrong has gone to the message handler already.
+    if (!csr.generate(iniLines, path, csrLines))
+        return false;
+    if (!QFileInfo::exists(path))
+        return false;
+    TE::TaskEngine::instance()->flowManager()->addResultFile(QFileInfo(path).canonicalFilePath(),
+                                                             QLatin1String(TE::RES_SERDES_CSR));
+    return true;
+}
+
+bool serdesipdlg::addToProj(const QStringList &files)
+{
+    for (const QString &file : files)
+        Core::EditorManager::openEditor(file, false);
+    return IPCore::addFilesToProject(files);
+}
+
+bool serdesipdlg::generateToml(const QString &path)
+{
+    QStringList allIniLines;
+    for (auto it = m_args.cbegin(); it != m_args.cend(); ++it) {
+        QStringList iniLines;
+        QStringList csrLines;
+        QStringList modArgs;
+        QString outputFile;
+        if (!m_owners.value(it.key())->generate(it.value(), iniLines, csrLines, modArgs,
+                                                outputFile, false))
+            return false;
+        for (const QString &line : qAsConst(iniLines)) {
+            if (!allIniLines.contains(line))
+                allIniLines << line;
+        }
+    }
+    return generator().generateTomlFile(allIniLines, path);
+}
+
+bool serdesipdlg::prepareForUparArbiter(QMap<QString, QVariant> &args,
+                                        QMap<QString, QVariant> &info)
+{
+    args.insert(QLatin1String(SYNTHESIS_TOOL), uiSynthesisTool());
+    args.insert(QLatin1String(LANGUAGE), uiLanguageIndex());
+    args.insert(QLatin1String(FILE_NAME), QStringLiteral("upar_arbiter"));
+    // The escaped identifier's backslash and tilde are part of the name.
+    args.insert(QLatin1String(MODULE_NAME),
+                QString(QStringLiteral("\\~upar_arbiter_wrap.") + moduleName()));
+
+    info.insert(QLatin1String(IPCore::Info::KEY_DATADIRECTORY),
+                QString(m_info.value(QLatin1String(IPCore::Info::KEY_DATADIRECTORY)).toString()
+                        + QStringLiteral("/Upar_Arbiter")));
+    info.insert(QLatin1String(IPCore::Info::KEY_LABEL), QStringLiteral("SerDes Upar Arbiter"));
+
+    const QStringList define{
+        QStringLiteral("`define MODULE_NAME %1").arg(moduleName())};
+    // The smaller devices have four requesters on the Upar port.
+    const QStringList fourClients = QStringLiteral("RK9C-370Q/RK9C-370D/RK9-370D")
+                                        .split(QLatin1Char('/'));
+    const QStringList parameter{fourClients.contains(device().family)
+                                    ? QStringLiteral("parameter DRP_NUM = 4;")
+                                    : QStringLiteral("parameter DRP_NUM = 8;")};
+
+    // The synthesis run finds the headers in <file>/temp/<project>.
+    const QString dir = createPath() + QStringLiteral("/upar_arbiter/temp/")
+                        + QLatin1String(UPAR_ARBITER_PROJNAME);
+    if (!QDir(dir).exists() && !IPCore::makeDirs(dir, QString()))
+        return false;
+    if (!IPCore::generateFile(dir + QLatin1Char('/') + QLatin1String(UPAR_ARBITER_DEFINENAME),
+                              define, this, QString()))
+        return false;
+    return IPCore::generateFile(dir + QLatin1Char('/') + QLatin1String(UPAR_ARBITER_PARAMETER),
+                                parameter, this, QString());
 }
 
 bool serdesipdlg::setupArgs()

@@ -42,8 +42,24 @@ public:
     void parseData_v_1_1(const QMap<QString, QVariant> &config);
     void parseData_v_1_2(const QString &group, const QMap<QString, QVariant> &entries);
 
+    // The deliverables of OK in the "Create In" directory, in this order: the
+    // protocols' own files, the Upar arbiter's netlist when one asks for DRP,
+    // the top file and its template, and the register file. A failure leaves
+    // everything written so far on disk and returns false.
+    bool generate();
+    bool generateTopModule(const QStringList &modLines, QString &topFile, QString &templateFile);
+    bool generateCsrFile(const QStringList &iniLines, const QStringList &csrLines);
+    bool addToProj(const QStringList &files);
+    // The parameter file alone, from the protocols' parameter lines.
+    bool generateToml(const QString &path);
+    // The arguments of the arbiter's synthesis run, and its two headers.
+    bool prepareForUparArbiter(QMap<QString, QVariant> &args, QMap<QString, QVariant> &info);
+
     // The clock schematic's wires, from the model's routes: source side first.
     QList<QPair<QString, QString>> getConnectListFromToml();
+    // The same wires as the parameter file describes them. Not what the
+    // schematic draws: kept to cross-check the file against the model.
+    QList<QPair<QString, QString>> getConnectList();
 
     const QMap<QString, QMap<QString, QVariant>> &instanceArgs() const { return m_args; }
     const QMap<QString, Message *> &instanceMessages() const { return m_messages; }
@@ -57,6 +73,12 @@ public slots:
     void onCreateButtonClidked();
     void showClockSchematic();
     void showReconfiguration();
+
+    // For runs without a person, found by name: the configuration as placed,
+    // as JSON, and the clock schematic as a picture (SVG or PNG by suffix).
+    // Each says on the message handler why it could not write.
+    bool writeReport(const QString &path);
+    bool writeSchematic(const QString &path);
 
 private:
     void initTree();

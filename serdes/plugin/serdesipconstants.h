@@ -80,6 +80,11 @@ const char UPAR_ARBITER_PROJNAME[] = "Upar_Arbiter";
 const char UPAR_ARBITER_DEFINENAME[] = "define.vh";
 const char UPAR_ARBITER_PARAMETER[] = "parameter.vh";
 const char IMPL_NAME[] = "rev_1";
+// Synthesis tools by their names in the dialog, and the headline of errors
+// found after a run that itself went well.
+const char SYNTHESIS_TARVEX[] = "TarvexSynthesis";
+const char SYNTHESIS_SYNPLIFY[] = "Synplify Pro";
+const char SYNTHESIS_ERROR_TITLE[] = "Core generation occur errors.";
 const char APP_SERDES_TOML_TO_CSR_880K[] = "serdes_toml_to_csr.dist/serdes_toml_to_csr_880k.bin";
 const char APP_SERDES_TOML_TO_CSR_370K[] = "serdes_toml_to_csr.dist/serdes_toml_to_csr_370k.bin";
 const char APP_SERDES_TOML_TO_CSR_90K[] = "serdes_toml_to_csr.dist/serdes_toml_to_csr_90k.bin";

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "bcdroptions.h"
+#include "bcdrsettings.h"
+
+#include <protocol/protocolgendlg.h>
+
+class QCheckBox;
+
+namespace Ui {
+class BcdrOptions;
+}
+
+// The dialog of a BCDR instance: on the frame's general fields, a page with
+// the lanes and their clock and a page with the RX settings. It offers what
+// the model says is free, proposes the settings of a PLL or reference clock
+// that another instance already runs, and closes only on a selection that
+// the model can place: it routes it for a moment and gives it back.
+class BcdrDlg : public IPSERDESIP::protocolGenDlg
+{
+    Q_OBJECT
+
+public:
+    // `helpFile`: the protocol's help page.
+    explicit BcdrDlg(const QString &helpFile, QWidget *parent = nullptr);
+    ~BcdrDlg() override;
+
+    void dialogDidPrepare() override;
+    // False when the map is no BCDR instance's, or names a lane or a choice
+    // that this device does not offer now.
+    bool restoreArgs(const QMap<QString, QVariant> &args) override;
+
+    // The parameter map of what the dialog shows.
+    QMap<QString, QVariant> args() const;
+
+public slots:
+    void accept() override;
+
+private:
+    Bcdr::Settings settings() const;
+    void fillLanes();
+    void fillRefClocks();
+    void fillWidths();
+    // On a change of lanes or PLL: the settings of a PLL that already runs.
+    void proposeClock();
+    // On a change of reference clock too: the frequency of one in use.
+    void proposeFrequency();
+    void updateComma();
+    void updatePins();
+
+    // The model's refusals that the route search does not see: a reference
+    // input at another frequency, a running PLL with another reference or
+    // rate.
+    bool checkRunning(const Bcdr::Settings &settings);
+    // Routes the selection as the model will, gives it back, and says why
+    // not where it cannot.
+    bool proveRoutes(const Bcdr::Settings &settings);
+    void refuse(const QString &text);
+
+    Ui::BcdrOptions *m_form;
+    // One box a lane of the device; those other instances hold are disabled.
+    QList<QCheckBox *> m_lanes;
+    QWidget *m_holder;
+    // While a stored map is shown, no proposal overwrites it.
+    bool m_restoring = false;
+    // What the last proposal of a running PLL said, and the reference clock
+    // it proposed.
+    QString m_pllNote;
+    QString m_pllRef;
+};

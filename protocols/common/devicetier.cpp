@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+#include "devicetier.h"
+
+#include <core/idecore.h>
+#include <dev/devicedb.h>
+#include <model/serdes.h>
+#include <model/serdesip_common.h>
+
+namespace samples {
+
+Tier tierOf(const QString &family)
+{
+    if (QStringLiteral("RK9C-370D/RK9C-370Q").split(QLatin1Char('/')).contains(family))
+        return Tier::T370k;
+    if (QStringLiteral("RK9C-90F/RK9MC-90F/RK9MC-90D/RK9C-90D/RK9LC-90F/RK9LMC-90F")
+            .split(QLatin1Char('/'))
+            .contains(family))
+        return Tier::T90k;
+    return Tier::T880k;
+}
+
+Tier tierOfInstance(const QMap<QString, QVariant> &args, const DEV::DeviceArg &fallback)
+{
+    const QString model = IPSERDESIP::serdes::instance()->device;
+    if (!model.isEmpty())
+        return tierOf(model);
+    const QString id = args.value(QStringLiteral("target_device")).toString();
+    const DEV::DeviceArg named = Core::IdeCore::deviceDataBase()->findByID(id);
+    return tierOf(named.isValid() ? named.family : fallback.family);
+}
+
+QString instanceDirectory(const QMap<QString, QVariant> &args)
+{
+    const QString working = IPSERDESIP::serdes::instance()->workingDir();
+    if (working.isEmpty())
+        return args.value(QStringLiteral("dir")).toString();
+    return QString(working + QLatin1Char('/') + args.value(QStringLiteral("file")).toString());
+}
+
+bool hasTransceivers(const DEV::DeviceArg &device)
+{
+    return !device.family.isEmpty() && device.features.contains(QStringLiteral("SERDES"));
+}
+
+QStringList quadsOf(Tier tier)
+{
+    if (tier == Tier::T880k)
+        return {QStringLiteral("Q0"), QStringLiteral("Q1")};
+    return {QStringLiteral("Q0")};
+}
+
+QStringList referencePins(Tier tier)
+{
+    switch (tier) {
+    case Tier::T880k:
+        return {QStringLiteral("Q0 REFCLK0"), QStringLiteral("Q0 REFCLK1"),
+                QStringLiteral("Q1 REFCLK0"), QStringLiteral("Q1 REFCLK1")};
+    case Tier::T370k:
+        return {QStringLiteral("Q0 REFCLK0"), QStringLiteral("Q0 REFCLK1"),
+                QStringLiteral("Q0 REFCLK2"), QStringLiteral("Q0 REFCLK3")};
+    case Tier::T90k:
+        break;
+    }
+    return {QStringLiteral("Q0 REFCLK0"), QStringLiteral("Q0 REFCLK1")};
+}
+
+QStringList fabricReferences(Tier tier)
+{
+    switch (tier) {
+    case Tier::T880k:
+        return {};
+    case Tier::T370k:
+        return {QStringLiteral("Q0 REFIN0"), QStringLiteral("Q0 REFIN1"),
+                QStringLiteral("Q0 REFIN2"), QStringLiteral("Q0 REFIN3")};
+    case Tier::T90k:
+        break;
+    }
+    return {QStringLiteral("Q0 REFIN"), QStringLiteral("MCLK")};
+}
+
+bool isFabricReference(const QString &option)
+{
+    return option.contains(QStringLiteral("REFIN")) || option == QLatin1String("MCLK");
+}
+
+QStringList referenceMuxes(Tier tier)
+{
+    if (tier == Tier::T370k)
+        return {QStringLiteral("REFMUX0"), QStringLiteral("REFMUX1"), QStringLiteral("REFMUX2"),
+                QStringLiteral("REFMUX3")};
+    return {QStringLiteral("REFMUX0"), QStringLiteral("REFMUX1")};
+}
+
+QString frequencyParameter(const QString &option)
+{
+    const QString model = IPSERDESIP::refsrcOptTransforSerdesName(option).toLower();
+    if (model.isEmpty())
+        return QString();
+    // The master clock is the chip's, not a quad's.
+    if (model == QLatin1String("q0_mclk"))
+        return QStringLiteral("mclk_freq");
+    return QString(model + QStringLiteral("_freq"));
+}
+
+QString referencePortName(const QString &option)
+{
+    return option.toLower().replace(QLatin1Char(' '), QLatin1Char('_'));
+}
+
+QString laneModelName(const QString &label)
+{
+    return label.toUpper().replace(QLatin1Char(' '), QLatin1Char('_'));
+}
+
+QString laneLabel(const QString &modelName)
+{
+    // "Q0_LANE2" -> "Q0 Lane2"
+    return QStringLiteral("%1 Lane%2").arg(quadOfLane(modelName)).arg(laneInQuad(modelName));
+}
+
+QString quadOfLane(const QString &modelName)
+{
+    return modelName.left(2);
+}
+
+int laneInQuad(const QString &modelName)
+{
+    return modelName.mid(modelName.indexOf(QStringLiteral("LANE")) + 4, 1).toInt();
+}
+
+QString laneParameterPrefix(const QString &modelName)
+{
+    return QStringLiteral("%1_ln%2")
+        .arg(quadOfLane(modelName).toLower())
+        .arg(laneInQuad(modelName));
+}
+
+QString pllModelName(const QString &laneModel, const QString &pllOption)
+{
+    const QString quad = quadOfLane(laneModel);
+    if (pllOption == QLatin1String("CPLL"))
+        return QStringLiteral("%1_CPLL%2").arg(quad).arg(laneInQuad(laneModel));
+    return QString(quad + QLatin1Char('_') + pllOption);
+}
+
+} // namespace samples

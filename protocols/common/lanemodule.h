@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The Verilog module of an instance and the lines that tell the host's module
+// generator its ports, both made from one port list so that they cannot
+// disagree. The module instantiates the device's transceiver primitives
+// (SERDES_QUAD per quad, SERDES_LANE per lane) as black boxes.
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace samples {
+
+struct Port
+{
+    QString direction; // "input", "output" or "inout"
+    int width = 1;
+    QString name;
+};
+
+class LaneModule
+{
+public:
+    struct Lane
+    {
+        QString lane;      // model name, "Q0_LANE1"
+        QString pll;       // "CPLL", "QPLL0" or "QPLL1"
+        QString reference; // option string
+    };
+
+    // `dataWidth` and `ctrlWidth` are the fabric bits per lane and clock;
+    // a `ctrlWidth` of 0 gives no control ports. With `drp` the module has one
+    // requester port of the Upar arbiter.
+    LaneModule(const QString &module, const QList<Lane> &lanes, int dataWidth, int ctrlWidth,
+               bool drp);
+
+    QList<Port> ports() const;
+    // "-<module>_port <direction> <width> <name>" a port.
+    QStringList portLines() const;
+    // The whole file; `description` opens it as a comment, a line each.
+    QString verilog(const QStringList &description) const;
+
+private:
+    QStringList references() const;
+    QStringList quads() const;
+
+    QString m_module;
+    QList<Lane> m_lanes;
+    int m_dataWidth;
+    int m_ctrlWidth;
+    bool m_drp;
+};
+
+// Writes `text` to `path`, making its directory; false with the reason.
+bool writeTextFile(const QString &path, const QString &text, QString &error);
+
+} // namespace samples

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// A protocol instance's lanes as the model sees them, and the proof, before a
+// dialog closes, that the generator will be able to place them.
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace IPSERDESIP {
+class Message;
+}
+
+namespace samples {
+
+// One lane of an instance, both of its lines.
+struct LaneRow
+{
+    QString lane;         // model name, "Q0_LANE1"
+    QString pll;          // model name of the transmitter's PLL, "Q0_QPLL0" or "Q0_CPLL1"
+    QString reference;    // option string, "Q0 REFCLK0"
+    double refFreq = 0.0; // MHz
+    double txRate = 0.0;  // Gbps
+    double rxRate = 0.0;  // Gbps
+    QString referenceMux; // "" for any, or "REFMUX1" to pin the receiver's clock route
+};
+
+// The request of an instance; the caller owns it.
+IPSERDESIP::Message *makeMessage(const QString &type, const QString &name, const QString &file,
+                                 const QString &module, const QList<LaneRow> &rows);
+
+// Tries the rows on the model, line by line as the request will take them,
+// and gives back everything the trial took, so the model is as before. On a
+// refusal `why` says, for the user, what stands in the way.
+bool provePlacement(const QList<LaneRow> &rows, QString &why);
+
+// A QPLL that another instance already runs at a rate, with its reference.
+struct PllOffer
+{
+    QString pll;       // "QPLL0" or "QPLL1"
+    QString reference; // option string
+    double refFreq = 0.0;
+};
+QList<PllOffer> runningPlls(const QString &quad, double rate);
+
+// What a PLL of a quad runs at now: its rate (0 while free), reference and
+// frequency.
+PllOffer pllState(const QString &pllModel, double *rate);
+
+// The display text of a number of MHz or Gbps: no trailing zeros.
+QString numberText(double value);
+
+} // namespace samples

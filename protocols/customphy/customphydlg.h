@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "../common/devicetier.h"
+#include "customphysettings.h"
+
+#include <protocol/protocolgendlg.h>
+
+class Ui_CustomPhyClocks;
+class Ui_CustomPhyLine;
+class QComboBox;
+class QPushButton;
+
+// The Custom PHY dialog: free lanes, the clocking of each quad that has a
+// selected lane, and the line settings of all selected lanes. It proposes
+// what is free, offers a running QPLL of the wanted rate for sharing, and
+// closes only on a selection that it has tried on the model.
+class CustomPhyDlg : public IPSERDESIP::protocolGenDlg
+{
+    Q_OBJECT
+
+public:
+    explicit CustomPhyDlg(samples::Tier tier, QWidget *parent = nullptr);
+    ~CustomPhyDlg() override;
+
+    void dialogDidPrepare() override;
+    bool restoreArgs(const QMap<QString, QVariant> &args) override;
+    QMap<QString, QVariant> args() const;
+
+public slots:
+    void accept() override;
+
+private:
+    struct QuadWidgets
+    {
+        QWidget *group;
+        QComboBox *pll;
+        QComboBox *reference;
+        QComboBox *refFreq;
+        QPushButton *share;
+    };
+
+    CustomPhySettings settings() const;
+    void showSettings(const CustomPhySettings &settings);
+    void proposeClock(const QString &quad);
+    void updateQuads();
+    void updateOffers();
+    void updateFabric();
+    void updateFigure();
+    void share(const QString &quad);
+    double txRate() const;
+
+    Ui_CustomPhyClocks *m_clocks;
+    Ui_CustomPhyLine *m_line;
+    samples::Tier m_tier;
+    QMap<QString, QuadWidgets> m_quads;
+};

@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+#include "ethernet10gsettings.h"
+
+bool ethernet10gRunsOn(samples::Tier tier)
+{
+    return tier != samples::Tier::T880k;
+}
+
+Ethernet10gSettings Ethernet10gSettings::fromMap(const QMap<QString, QVariant> &args)
+{
+    Ethernet10gSettings s;
+    s.name = args.value(QStringLiteral("name")).toString();
+    s.module = args.value(QStringLiteral("module")).toString();
+    s.file = args.value(QStringLiteral("file")).toString();
+    s.dir = args.value(QStringLiteral("dir")).toString();
+    s.targetDevice = args.value(QStringLiteral("target_device")).toString();
+    s.language = args.value(QStringLiteral("LANG"), 0).toInt();
+    // A configuration file may give the list back as one text or as a list.
+    const QString lanes = args.value(QStringLiteral("lanes")).toStringList().join(QLatin1Char(','));
+    s.lanes = lanes.split(QLatin1Char(','), Qt::SkipEmptyParts);
+    for (QString &lane : s.lanes)
+        lane = lane.trimmed();
+    s.pll = args.value(QStringLiteral("pll"), s.pll).toString();
+    s.reference = args.value(QStringLiteral("reference")).toString();
+    s.drp = args.value(QStringLiteral("drp")).toBool();
+    return s;
+}
+
+QMap<QString, QVariant> Ethernet10gSettings::toMap() const
+{
+    QMap<QString, QVariant> args;
+    args.insert(QStringLiteral("name"), name);
+    args.insert(QStringLiteral("module"), module);
+    args.insert(QStringLiteral("file"), file);
+    args.insert(QStringLiteral("dir"), dir);
+    args.insert(QStringLiteral("target_device"), targetDevice);
+    args.insert(QStringLiteral("LANG"), language);
+    args.insert(QStringLiteral("lanes"), lanes.join(QLatin1Char(',')));
+    args.insert(QStringLiteral("pll"), pll);
+    args.insert(QStringLiteral("reference"), reference);
+    args.insert(QStringLiteral("drp"), drp);
+    return args;
+}
+
+QString Ethernet10gSettings::quad() const
+{
+    return lanes.value(0).left(2);
+}
+
+QList<samples::LaneRow> Ethernet10gSettings::rows() const
+{
+    QList<samples::LaneRow> rows;
+    for (const QString &label : lanes) {
+        samples::LaneRow row;
+        row.lane = samples::laneModelName(label);
+        row.pll = samples::pllModelName(row.lane, pll);
+        row.reference = reference;
+        row.refFreq = REF_FREQ;
+        row.txRate = LINE_RATE;
+        row.rxRate = LINE_RATE;
+        rows << row;
+    }
+    return rows;
+}
+
+QList<samples::LaneModule::Lane> Ethernet10gSettings::moduleLanes() const
+{
+    QList<samples::LaneModule::Lane> list;
+    for (const QString &label : lanes)
+        list << samples::LaneModule::Lane{samples::laneModelName(label), pll, reference};
+    return list;
+}
+
+QStringList Ethernet10gSettings::iniLines() const
+{
+    QStringList lines{QStringLiteral("%1_enable true").arg(quad().toLower()),
+                      QStringLiteral("%1 %2").arg(samples::frequencyParameter(reference),
+                                                  samples::numberText(REF_FREQ))};
+    for (const samples::LaneRow &row : rows()) {
+        const QString p = samples::laneParameterPrefix(row.lane);
+        const auto add = [&lines, &p](const char *name, const QString &value) {
+            lines << QStringLiteral("%1_%2 %3").arg(p, QLatin1String(name), value);
+        };
+        add("enable", QStringLiteral("true"));
+        add("pll_sel", pll.toLower());
+        add("tx_rate", samples::numberText(LINE_RATE));
+        add("rx_rate", samples::numberText(LINE_RATE));
+        add("cdr_refclk_sel", QStringLiteral("auto"));
+        // The widest PMA word keeps the parallel clock lowest.
+        add("pma_tx_width_mode", QStringLiteral("20"));
+        add("pma_rx_width_mode", QStringLiteral("20"));
+        add("tx_encode", QStringLiteral("64b66b"));
+        add("rx_decode", QStringLiteral("64b66b"));
+        add("rx_64b66b_decode_10gbaser", QStringLiteral("enable"));
+    }
+    return lines;
+}
+
+QStringList Ethernet10gSettings::problems(samples::Tier tier) const
+{
+    QStringList found;
+    if (!ethernet10gRunsOn(tier)) {
+        found << QStringLiteral("The device has no 64b/66b coding for 10GBASE-R.");
+        return found;
+    }
+    if (lanes.isEmpty() || lanes.size() > MAX_LANES)
+        found << QStringLiteral("10GBASE-R takes one to four lanes; %1 are selected.")
+                     .arg(lanes.size());
+    QStringList known;
+    for (const QString &q : samples::quadsOf(tier)) {
+        for (int i = 0; i < 4; ++i)
+            known << QStringLiteral("%1 Lane%2").arg(q).arg(i);
+    }
+    for (const QString &lane : lanes) {
+        if (!known.contains(lane))
+            found << QStringLiteral("The device has no lane \"%1\".").arg(lane);
+        else if (!lane.startsWith(quad()))
+            found << QStringLiteral("The lanes must share one QPLL, so they must lie in one quad.");
+    }
+    if (pll != QLatin1String("QPLL0") && pll != QLatin1String("QPLL1"))
+        found << QStringLiteral("10GBASE-R runs on QPLL0 or QPLL1, not on \"%1\".").arg(pll);
+    if (!samples::referencePins(tier).contains(reference))
+        found << QStringLiteral("\"%1\" is no reference clock pin of the device.").arg(reference);
+    found.removeDuplicates();
+    return found;
+}

@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: MIT
+//
+// The synthesis run of a generated core, with yosys on the Upar arbiter the
+// core ships: which files it takes from the run, where they go, and what the
+// user is told when a step fails.
+
+#include "model/serdes.h"
+#include "model/serdesip_common.h"
+#include "plugin/serdesipconstants.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QProgressDialog>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace IPSERDESIP;
+
+namespace {
+
+const QString ARBITER = QStringLiteral(SERDES_STAGE_DIR "/ipcore/SERDES_IP/data/Upar_Arbiter");
+const QString TOP = QStringLiteral("\\~upar_arbiter_wrap.mycore");
+
+QStringList criticals;
+
+void recordCriticals(QtMsgType type, const QMessageLogContext &, const QString &message)
+{
+    if (type == QtCriticalMsg)
+        criticals << message;
+}
+
+bool writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+}
+
+QByteArray readAll(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+class tst_ModelSynthesisRun : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+    void run_data();
+    void run();
+};
+
+void tst_ModelSynthesisRun::initTestCase()
+{
+    QLocale::setDefault(QLocale::c());
+    QVERIFY(QFile::exists(ARBITER + "/upar_arbiter_wrap.v"));
+}
+
+void tst_ModelSynthesisRun::cleanupTestCase()
+{
+    serdes::destory();
+}
+
+void tst_ModelSynthesisRun::run_data()
+{
+    QTest::addColumn<QString>("tool");
+    QTest::addColumn<QVariant>("language"); // invalid: no "LANG" entry
+    QTest::addColumn<QString>("obstacle");  // a file of the core's directory made a directory
+    QTest::addColumn<bool>("headers");      // the caller wrote define.vh and parameter.vh
+    QTest::addColumn<QString>("message");   // %1 the core's directory, %2 the run's
+    QTest::addColumn<QStringList>("files"); // in the core's directory afterwards
+
+    const QString failed = QStringLiteral("The synthesis of %1 failed.\n    ").arg(TOP);
+    const QString generation = QStringLiteral("Core generation occur errors.\n    ");
+    const QStringList all = {"temp", "upar_arbiter.v", "upar_arbiter.vo", "upar_arbiter_tmp.v"};
+
+    QTest::newRow("own tool, no language: Verilog")
+        << "TarvexSynthesis" << QVariant() << QString() << true << QString() << all;
+    QTest::newRow("implementation directory")
+        << "Synplify Pro" << QVariant(0) << QString() << true << QString() << all;
+    QTest::newRow("run fails") << "TarvexSynthesis" << QVariant(0) << QString() << false
+                               << QString(failed
+                                          + "yosys ended with exit code 1.\n"
+                                            "    ERROR: Can't open include file `define.vh'!")
+                               << QStringList{"temp"};
+    QTest::newRow("VHDL asked of the tool")
+        << "TarvexSynthesis" << QVariant(1) << QString() << true
+        << QString(failed + "yosys writes no VHDL netlist; generate the core in Verilog.")
+        << QStringList{"temp"};
+    QTest::newRow("netlist copy fails")
+        << "TarvexSynthesis" << QVariant(0) << "upar_arbiter.v" << true
+        << QString(generation
+                   + "Cannot write \"%1/upar_arbiter.v\": Filename refers to a directory")
+        << QStringList{"temp", "upar_arbiter.v"};
+    QTest::newRow("decode fails")
+        << "TarvexSynthesis" << QVariant(0) << "upar_arbiter.vo" << true
+        << QString(generation
+                   + "Cannot write the netlist \"%1/upar_arbiter.vo\": Filename "
+                     "refers to a directory")
+        << all;
+    QTest::newRow("unknown tool: no netlist to copy")
+        << "Unknown Tool" << QVariant(0) << QString() << true
+        << QString(generation + "Cannot read \"\": No file name specified") << QStringList{"temp"};
+    QTest::newRow("language 2: VHDL names, Verilog run")
+        << "TarvexSynthesis" << QVariant(2) << QString() << true
+        << QString(generation + "Cannot read \"%2/upar_arbiter.vhg\": No such file or directory")
+        << QStringList{"temp"};
+}
+
+void tst_ModelSynthesisRun::run()
+{
+    QFETCH(QString, tool);
+    QFETCH(QVariant, language);
+    QFETCH(QString, obstacle);
+    QFETCH(bool, headers);
+    QFETCH(QString, message);
+    QFETCH(QStringList, files);
+
+    QTemporaryDir work;
+    QVERIFY(work.isValid());
+    serdes::instance()->setWorkingDir(work.path());
+    const QString base = work.filePath("upar_arbiter");
+    const QString temp = QString(base + "/temp/Upar_Arbiter");
+    QVERIFY(QDir().mkpath(temp));
+    if (headers) {
+        QVERIFY(writeFile(temp + "/define.vh", "`define MODULE_NAME mycore\n"));
+        QVERIFY(writeFile(temp + "/parameter.vh", "parameter DRP_NUM = 4;\n"));
+    }
+    if (!obstacle.isEmpty())
+        QVERIFY(QDir(base).mkdir(obstacle));
+
+    QMap<QString, QVariant> args;
+    args.insert(SYNTHESIS_TOOL, tool);
+    args.insert(FILE_NAME, "upar_arbiter");
+    args.insert(MODULE_NAME, TOP);
+    if (language.isValid())
+        args.insert(LANGUAGE, language);
+    QMap<QString, QVariant> info;
+    info.insert(IPCore::Info::KEY_LABEL, "SerDes Upar Arbiter");
+    info.insert(IPCore::Info::KEY_DATADIRECTORY, ARBITER);
+
+    QObject owner;
+    QString netlist = QStringLiteral("untouched");
+    criticals.clear();
+    const QtMessageHandler previous = qInstallMessageHandler(recordCriticals);
+    const bool result = waitForRunSyntheSis(DEV::DeviceArg(), args, info,
+                                            {"upar_arbiter.v", "upar_arbiter_wrap.v"},
+                                            "Upar_Arbiter", netlist, &owner);
+    qInstallMessageHandler(previous);
+
+    const QString expected = QString(message).replace("%1", base).replace("%2", temp);
+    QCOMPARE(criticals, expected.isEmpty() ? QStringList() : QStringList{expected});
+    QCOMPARE(result, message.isEmpty());
+    QCOMPARE(QDir(base).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), files);
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (qobject_cast<QProgressDialog *>(window))
+            QVERIFY(!window->isVisible());
+    }
+
+    if (!result) {
+        QCOMPARE(netlist, QStringLiteral("untouched"));
+        return;
+    }
+    // The result is the tool's netlist as it was, not the decoded one.
+    const QString toolNetlist = tool == QLatin1String("Synplify Pro")
+                                    ? QString(temp + "/rev_1/upar_arbiter.vm")
+                                    : QString(temp + "/upar_arbiter.vg");
+    QCOMPARE(netlist, QString(base + "/upar_arbiter.v"));
+    QVERIFY(!readAll(toolNetlist).isEmpty());
+    QCOMPARE(readAll(netlist), readAll(toolNetlist));
+    QCOMPARE(readAll(base + "/upar_arbiter_tmp.v"), readAll(temp + "/upar_arbiter_tmp.v"));
+    QVERIFY(readAll(base + "/upar_arbiter.vo").startsWith("// Netlist of " + TOP.toUtf8() + "\n"));
+}
+
+QTEST_MAIN(tst_ModelSynthesisRun)
+#include "tst_modelsynthesisrun.moc"

@@ -1,0 +1,310 @@
+// SPDX-License-Identifier: MIT
+//
+// OK on the SerDes page: the configuration file, the protocols' outputs
+// merged into the module generator's command file and the register file, the
+// Upar arbiter when an instance asks for DRP, and what stays on disk when a
+// step fails. Instances of the test protocol report what their "ini", "csr",
+// "mod" and "fail" entries say; they are given those entries through a
+// configuration file that the page opens. The register compilers are the
+// repository's stand-ins, linked where the page looks for them by the build.
+
+#include "modalanswers.h"
+
+#include "model/serdes.h"
+#include "page/serdesipdlg.h"
+#include "plugin/serdesipconstants.h"
+
+#include <core/idecore.h>
+#include <dev/devicedb.h>
+#include <te/flowmanager.h>
+#include <te/taskengine.h>
+
+#include <QDir>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace IPSERDESIP;
+
+namespace {
+
+using Instances = QMap<QString, QMap<QString, QVariant>>;
+
+QMap<QString, QVariant> coreInfo()
+{
+    return {{QLatin1String(IPCore::Info::KEY_ID), "SERDES_IP"},
+            {QLatin1String(IPCore::Info::KEY_DATADIRECTORY),
+             QStringLiteral(SERDES_STAGE_DIR "/ipcore/SERDES_IP/data")}};
+}
+
+QStringList linesOf(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return {};
+    return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+// An instance of the test protocol on `lane` of quad 0, reporting `entries`.
+QMap<QString, QVariant> instance(const QString &name, int lane,
+                                 const QMap<QString, QVariant> &entries = {})
+{
+    QMap<QString, QVariant> args{
+        {"name", name},
+        {"module", name},
+        {"file", name},
+        {"rows", QStringList{QStringLiteral("Q0_LANE%1 Q0_QPLL0 Q0_REFCLK0 156.25 10.3125 0 0")
+                                 .arg(lane)}}};
+    for (auto it = entries.cbegin(); it != entries.cend(); ++it)
+        args.insert(it.key(), it.value());
+    return args;
+}
+
+} // namespace
+
+class tst_PageGenerate : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void mergedOutputs();
+    void numberingFollowsNames();
+    void failures_data();
+    void failures();
+    void uparArbiter_data();
+    void uparArbiter();
+
+private:
+    // A page on a configuration of `instances` saved in the temporary
+    // directory; every instance writes its own file there.
+    serdesipdlg &openPage(const QString &deviceId, Instances instances);
+    QString path(const QString &file) const { return m_tmp->filePath(file); }
+
+    std::unique_ptr<QTemporaryDir> m_tmp;
+    std::unique_ptr<MessageBoxAnswers> m_answers;
+    std::unique_ptr<serdesipdlg> m_page;
+};
+
+void tst_PageGenerate::initTestCase()
+{
+    QLocale::setDefault(QLocale::c());
+    static DEV::DeviceDb db;
+    QString error;
+    QVERIFY2(db.load(QStringLiteral(SERDES_STAGE_DIR "/data/devices/devices.json"), &error),
+             qPrintable(error));
+    Core::IdeCore::setDeviceDataBase(&db);
+}
+
+void tst_PageGenerate::init()
+{
+    m_tmp = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_tmp->isValid());
+    m_answers = std::make_unique<MessageBoxAnswers>();
+}
+
+void tst_PageGenerate::cleanup()
+{
+    m_page.reset();
+    m_answers.reset();
+}
+
+serdesipdlg &tst_PageGenerate::openPage(const QString &deviceId, Instances instances)
+{
+    const QString file = path(QStringLiteral("serdes.ipc"));
+    {
+        QSettings settings(file, QSettings::IniFormat);
+        settings.setValue("version", "1.2");
+        settings.setValue("type", "SERDES_IP");
+        settings.setValue("target_device", deviceId);
+        settings.setValue("Config/file", "serdes");
+        settings.setValue("Config/module", "SerDes_Top");
+        for (auto it = instances.begin(); it != instances.end(); ++it) {
+            it.value().insert(QStringLiteral("dir"), m_tmp->path());
+            settings.beginGroup(QStringLiteral("TestProtocol:") + it.key());
+            for (auto e = it.value().cbegin(); e != it.value().cend(); ++e)
+                settings.setValue(e.key(), e.value());
+            settings.endGroup();
+        }
+    }
+    m_page = std::make_unique<serdesipdlg>(coreInfo());
+    if (!m_page->setOpening(m_tmp->path(), file))
+        qWarning("the configuration was not opened");
+    return *m_page;
+}
+
+void tst_PageGenerate::mergedOutputs()
+{
+    serdesipdlg &page = openPage(
+        "RK9C880D-FG1517-2",
+        {{"test_1", instance("test_1", 0,
+                             {{"ini", QStringList{"q0_enable true", "q0_ln0_pll_sel qpll0"}},
+                              {"csr", QStringList{"# register text"}},
+                              {"mod", QStringList{"-test_1_port input 1 clk",
+                                                  "-test_1_param WIDTH 16"}}})},
+         {"test_2", instance("test_2", 1,
+                             {{"ini", QStringList{"q0_enable true", "q0_ln1_pll_sel qpll0"}},
+                              {"csr", QStringList{"# register text"}},
+                              {"mod", QStringList{"-test_2_port output 8 data"}}})}});
+    QCOMPARE(page.instanceArgs().size(), 2);
+    page.accept();
+    QCOMPARE(page.result(), int(QDialog::Accepted));
+    QCOMPARE(m_answers->boxes.size(), 0);
+
+    // The command file: the header, then each instance's number and lines.
+    const QStringList mod = linesOf(path("serdes.mod"));
+    QCOMPARE(mod.mid(0, 5), QStringList({"-type SERDES", "-path " + m_tmp->path() + "/",
+                                         "-file_type vlg", "-file_name serdes",
+                                         "-mod_name SerDes_Top"}));
+    const int first = mod.indexOf("-protocol_module_name0 test_1");
+    QVERIFY(first > 5);
+    QCOMPARE(mod.mid(first), QStringList({"-protocol_module_name0 test_1",
+                                          "-test_1_port input 1 clk", "-test_1_param WIDTH 16",
+                                          "-protocol_module_name1 test_2",
+                                          "-test_2_port output 8 data"}));
+    // The module generator made the top file from it.
+    const QString top = linesOf(path("serdes.v")).join('\n');
+    QVERIFY(top.contains("u_test_1"));
+    QVERIFY(top.contains("test_2_data"));
+    QVERIFY(QFile::exists(path("serdes_tmp.v")));
+
+    // A parameter line sent by both instances is compiled once (twice would
+    // be a key given twice, which the compiler refuses); register text is
+    // appended as often as it comes.
+    const QStringList csr = linesOf(path("serdes.csr"));
+    QCOMPARE(csr.count("# register text"), 2);
+    const auto results = TE::TaskEngine::instance()->flowManager()->resultFiles();
+    QVERIFY(results.contains(
+        qMakePair(QFileInfo(path("serdes.csr")).canonicalFilePath(), QString("RES.serdes.csr"))));
+    QVERIFY(QFile::exists(path("test_1.v")));
+    QVERIFY(!QDir(path("upar_arbiter")).exists());
+}
+
+void tst_PageGenerate::numberingFollowsNames()
+{
+    serdesipdlg &page = openPage("RK9C370D-FG676-2", {});
+    for (int i = 0; i < 3; ++i)
+        page.createIP(QStringLiteral("TestProtocol"));
+    // Made again, test_1 is the newest instance but still the first by name.
+    page.deleteIP(QStringLiteral("test_1"));
+    page.createIP(QStringLiteral("TestProtocol"));
+    QCOMPARE(page.instanceArgs().keys(), QStringList({"test_1", "test_2", "test_3"}));
+    page.accept();
+    QCOMPARE(page.result(), int(QDialog::Accepted));
+    const QStringList mod = linesOf(path("serdes.mod"));
+    QCOMPARE(mod.mid(mod.size() - 3),
+             QStringList({"-protocol_module_name0 test_1", "-protocol_module_name1 test_2",
+                          "-protocol_module_name2 test_3"}));
+}
+
+void tst_PageGenerate::failures_data()
+{
+    QTest::addColumn<Instances>("instances");
+    QTest::addColumn<QStringList>("written");
+    QTest::addColumn<QStringList>("notWritten");
+    QTest::addColumn<QStringList>("boxes");
+
+    QTest::newRow("no instance")
+        << Instances{} << QStringList{} << QStringList{"serdes.ipc", "serdes.mod"}
+        << QStringList{"Warning: need to generate Protocol IP"};
+    // The configuration is saved before any protocol is asked for its files.
+    QTest::newRow("first protocol fails")
+        << Instances{{"test_1", instance("test_1", 0, {{"fail", true}})},
+                     {"test_2", instance("test_2", 1)}}
+        << QStringList{"serdes.ipc"} << QStringList{"serdes.mod", "test_2.v", "serdes.csr"}
+        << QStringList{};
+    QTest::newRow("later protocol fails")
+        << Instances{{"test_1", instance("test_1", 0)},
+                     {"test_2", instance("test_2", 1, {{"fail", true}})}}
+        << QStringList{"serdes.ipc", "test_1.v"} << QStringList{"serdes.mod", "serdes.csr"}
+        << QStringList{};
+    // The module generator reports the bad line itself.
+    QTest::newRow("module generator refuses")
+        << Instances{{"test_1", instance("test_1", 0, {{"mod", QStringList{"-test_1_bogus 1"}}})}}
+        << QStringList{"serdes.ipc", "serdes.mod", "test_1.v"}
+        << QStringList{"serdes.v", "serdes.csr"}
+        << QStringList{"Error: <dir>/serdes.mod line 13: unknown instance line: "
+                       "\"-test_1_bogus 1\""};
+    // Untranslatable parameters: the parameter file stays for reading, the
+    // register file is not made.
+    QTest::newRow("parameter not translated")
+        << Instances{{"test_1", instance("test_1", 0, {{"ini", QStringList{"q0_ln0_bogus 1"}}})}}
+        << QStringList{"serdes.ipc", "serdes.mod", "serdes.v", "test_1.v"}
+        << QStringList{"serdes.csr"} << QStringList{};
+}
+
+void tst_PageGenerate::failures()
+{
+    QFETCH(Instances, instances);
+    QFETCH(QStringList, written);
+    QFETCH(QStringList, notWritten);
+    QFETCH(QStringList, boxes);
+
+    serdesipdlg &page = openPage("RK9C880D-FG1517-2", instances);
+    QFile::remove(path("serdes.ipc"));
+    page.accept();
+    QVERIFY(page.result() != QDialog::Accepted);
+    QCOMPARE(page.instanceArgs().keys(), instances.keys());
+    for (const QString &file : written)
+        QVERIFY2(QFile::exists(path(file)), qPrintable(file));
+    for (const QString &file : notWritten)
+        QVERIFY2(!QFile::exists(path(file)), qPrintable(file));
+    QStringList seen;
+    for (const SeenBox &box : m_answers->boxes)
+        seen << QString(box.title + ": " + box.text).replace(m_tmp->path(), "<dir>");
+    QCOMPARE(seen, boxes);
+}
+
+void tst_PageGenerate::uparArbiter_data()
+{
+    QTest::addColumn<QString>("deviceId");
+    QTest::addColumn<Instances>("instances");
+    QTest::addColumn<QString>("parameter");
+
+    // A DRP line is looked for among the lines of every instance so far, so
+    // one that an earlier instance wrote for a later one counts as well.
+    QTest::newRow("later instance, 880k")
+        << "RK9C880D-FG1517-2"
+        << Instances{{"a", instance("a", 0, {{"mod", QStringList{"-bEnableDRP true"}}})},
+                     {"b", instance("b", 1)}}
+        << "parameter DRP_NUM = 8;";
+    QTest::newRow("own line, 370k")
+        << "RK9C370Q-FG676-2"
+        << Instances{{"a", instance("a", 0)},
+                     {"b", instance("b", 1, {{"mod", QStringList{"-bEnableDRP true"}}})}}
+        << "parameter DRP_NUM = 4;";
+    QTest::newRow("false is no request")
+        << "RK9C880D-FG1517-2"
+        << Instances{{"a", instance("a", 0, {{"mod", QStringList{"-aEnableDRP false"}}})}}
+        << QString();
+}
+
+void tst_PageGenerate::uparArbiter()
+{
+    QFETCH(QString, deviceId);
+    QFETCH(Instances, instances);
+    QFETCH(QString, parameter);
+
+    serdesipdlg &page = openPage(deviceId, instances);
+    page.setModuleName(QStringLiteral("Link_Top"));
+    page.accept();
+
+    const QString temp = path("upar_arbiter/temp/Upar_Arbiter");
+    if (parameter.isEmpty()) {
+        QVERIFY(!QDir(temp).exists());
+        return;
+    }
+    QCOMPARE(linesOf(temp + "/define.vh"), QStringList{"`define MODULE_NAME Link_Top"});
+    QCOMPARE(linesOf(temp + "/parameter.vh"), QStringList{parameter});
+    QMap<QString, QVariant> args;
+    QMap<QString, QVariant> info;
+    QVERIFY(page.prepareForUparArbiter(args, info));
+    QCOMPARE(args.value("module").toString(), QStringLiteral("\\~upar_arbiter_wrap.Link_Top"));
+    QCOMPARE(args.value("file").toString(), QStringLiteral("upar_arbiter"));
+    QCOMPARE(info.value("ipcore.label").toString(), QStringLiteral("SerDes Upar Arbiter"));
+}
+
+QTEST_MAIN(tst_PageGenerate)
+#include "tst_pagegenerate.moc"
