@@ -14,6 +14,7 @@
 #include <QEvent>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QTextStream>
 #include <QTimer>
@@ -65,7 +66,7 @@ int BatchRun::run(const QString &file)
     qApp->installEventFilter(this);
     core->open(info.absolutePath(), info.absoluteFilePath());
     qApp->removeEventFilter(this);
-    if (!m_dialog && !m_failed) {
+    if (!m_opened) {
         // The core refused the file before its dialog came up, and has said why.
         print(QStringLiteral("\"%1\" was not opened.").arg(file));
         return 2;
@@ -89,9 +90,11 @@ bool BatchRun::eventFilter(QObject *watched, QEvent *event)
         return false;
     }
     auto *dialog = qobject_cast<QDialog *>(watched);
-    if (!dialog || !dialog->isModal())
+    // A progress window asks nothing; it closes when its work is done.
+    if (!dialog || !dialog->isModal() || qobject_cast<QProgressDialog *>(dialog))
         return false;
-    if (!m_dialog) {
+    if (!m_opened) {
+        m_opened = true;
         m_dialog = dialog;
         QTimer::singleShot(0, this, &BatchRun::drive);
     } else {

@@ -38,5 +38,6 @@ private:
 
     const CoreCatalogue *m_catalogue;
     QPointer<QDialog> m_dialog;
+    bool m_opened = false;
     bool m_failed = false;
 };

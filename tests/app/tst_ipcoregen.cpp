@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: MIT
 //
-// The generator's catalogue as a user without a display gets it: the program
-// of the installed tree, run as a separate process.
+// The generator as a user without a display meets it: the program of the
+// installed tree, run as a separate process, printing its catalogue and
+// regenerating the bundled example configurations.
 
 #include <QDirIterator>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -34,6 +39,8 @@ Run runGenerator(const QString &tree, const QStringList &arguments,
 
 bool copyTree(const QString &from, const QString &to)
 {
+    if (!QDir().mkpath(to))
+        return false;
     QDirIterator it(from, QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden,
                     QDirIterator::Subdirectories);
     while (it.hasNext()) {
@@ -61,6 +68,10 @@ private slots:
     void listsForDevice();
     void withoutDisplay();
     void movedTree();
+    void regenerateExamples_data();
+    void regenerateExamples();
+    void regenerationFailures_data();
+    void regenerationFailures();
 };
 
 void tst_IpCoreGen::listsForDevice_data()
@@ -145,6 +156,138 @@ void tst_IpCoreGen::movedTree()
     QVERIFY2(warnings.at(1).startsWith("warning: Cannot load \"" + tree
                                        + "/ipcore/HOST/libhost.so\": "),
              qPrintable(warnings.at(1)));
+}
+
+void tst_IpCoreGen::regenerateExamples_data()
+{
+    QTest::addColumn<QString>("example");
+    QTest::addColumn<int>("instances");
+    QTest::addColumn<bool>("arbiter");
+
+    QTest::newRow("two quads") << "880k" << 3 << false;
+    QTest::newRow("one quad, four muxes, DRP") << "370k" << 3 << true;
+    QTest::newRow("one quad, two muxes") << "90k" << 2 << false;
+    QTest::newRow("layout 1.1") << "370k-v1.1" << 3 << true;
+    QTest::newRow("layout 1.0") << "370k-v1.0" << 3 << true;
+}
+
+void tst_IpCoreGen::regenerateExamples()
+{
+    QFETCH(QString, example);
+    QFETCH(int, instances);
+    QFETCH(bool, arbiter);
+
+    QTemporaryDir tmp;
+    QVERIFY(tmp.isValid());
+    const QString dir = tmp.filePath(example);
+    QVERIFY(copyTree(QStringLiteral(SERDES_EXAMPLES "/") + example, dir));
+    const QString ipc = dir + "/serdes.ipc";
+    const QSettings before(ipc, QSettings::IniFormat);
+    const QStringList keysBefore = before.allKeys();
+
+    QProcess process;
+    process.setWorkingDirectory(dir);
+    process.start(QStringLiteral(SERDES_STAGE_DIR "/bin/ipcoregen"),
+                  {"--open", ipc, "--generate", "--report", "report.json"});
+    QVERIFY(process.waitForFinished(120000));
+    const QString err = QString::fromUtf8(process.readAllStandardError());
+    QVERIFY2(process.exitCode() == 0, qPrintable(err));
+
+    // Everything OK makes, the instances' own files below the project.
+    for (const char *file : {"serdes.mod", "serdes.v", "serdes_tmp.v", "serdes.csr"})
+        QVERIFY2(QFile::exists(dir + '/' + file), file);
+    QCOMPARE(QFile::exists(dir + "/upar_arbiter/upar_arbiter.v"), arbiter);
+
+    QFile reportFile(dir + "/report.json");
+    QVERIFY(reportFile.open(QIODevice::ReadOnly));
+    const QJsonObject report = QJsonDocument::fromJson(reportFile.readAll()).object();
+    const QJsonArray placed = report.value("instances").toArray();
+    QCOMPARE(placed.size(), instances);
+    QStringList sources{"serdes.v", QStringLiteral(SERDES_STAGE_DIR "/data/devices/primitives_bb.v")};
+    for (const QJsonValue &instance : placed)
+        sources << dir + '/' + instance.toObject().value("file").toString() + '/'
+                       + instance.toObject().value("file").toString() + ".v";
+    if (arbiter)
+        sources << dir + "/upar_arbiter/upar_arbiter.v";
+
+    // A configuration of the current layout comes back as it was: what the
+    // page saves is what it read.
+    if (!example.contains("-v1.")) {
+        const QSettings after(ipc, QSettings::IniFormat);
+        QCOMPARE(after.allKeys(), keysBefore);
+        for (const QString &key : keysBefore)
+            QCOMPARE(after.value(key), before.value(key));
+        // Every reserved line is in the report, routed as the file says.
+        QSettings saved(ipc, QSettings::IniFormat);
+        saved.beginGroup("All_access");
+        const QJsonObject routes = report.value("routes").toObject();
+        QCOMPARE(routes.keys(), saved.childKeys());
+        for (const QString &line : routes.keys()) {
+            QStringList route;
+            for (const QJsonValue &element : routes.value(line).toArray())
+                route << element.toString();
+            QCOMPARE(route.join(" -> "), saved.value(line).toString());
+        }
+    }
+
+    // The top file, the instances' modules and the arbiter's netlist make
+    // one design, against the device's primitives as black boxes.
+    QProcess iverilog;
+    iverilog.setWorkingDirectory(dir);
+    iverilog.start("iverilog", QStringList{"-g2005", "-Wall", "-o", "design.vvp"} + sources);
+    QVERIFY(iverilog.waitForFinished(60000));
+    const QString compiled = QString::fromUtf8(iverilog.readAllStandardError()
+                                               + iverilog.readAllStandardOutput());
+    QVERIFY2(iverilog.exitCode() == 0 && compiled.isEmpty(), qPrintable(compiled));
+}
+
+void tst_IpCoreGen::regenerationFailures_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("err");
+
+    QTest::newRow("no file named") << QStringList{"--generate"} << 2
+                                   << "--generate, --report and --schematic need --open FILE.\n";
+    QTest::newRow("no such file")
+        << QStringList{"--open", "missing.ipc", "--generate"} << 2
+        << "\"missing.ipc\" does not exist.\n";
+    // The one instance names a protocol that is not installed, so the page
+    // has nothing to generate and says so.
+    QTest::newRow("nothing to generate")
+        << QStringList{"--open", "serdes.ipc", "--generate"} << 1
+        << "Warning: need to generate Protocol IP\nGeneration failed.\n";
+}
+
+void tst_IpCoreGen::regenerationFailures()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QString, err);
+
+    QTemporaryDir tmp;
+    QVERIFY(tmp.isValid());
+    {
+        QSettings ipc(tmp.filePath("serdes.ipc"), QSettings::IniFormat);
+        ipc.setValue("version", "1.2");
+        ipc.setValue("type", "SERDES_IP");
+        ipc.setValue("target_device", "RK9C90F-BG324-1");
+        ipc.setValue("Nowhere:link_0/module", "link_0");
+    }
+    QProcess process;
+    process.setWorkingDirectory(tmp.path());
+    process.start(QStringLiteral(SERDES_STAGE_DIR "/bin/ipcoregen"), arguments);
+    QVERIFY(process.waitForFinished(60000));
+    QCOMPARE(process.exitCode(), exitCode);
+    QStringList lines = QString::fromUtf8(process.readAllStandardError()).split('\n');
+    // The message handler's own lines are not the generator's words.
+    lines.erase(std::remove_if(lines.begin(), lines.end(),
+                               [](const QString &l) {
+                                   return l.startsWith("QStandardPaths")
+                                          || l.contains("unknown group name");
+                               }),
+                lines.end());
+    QCOMPARE(lines.join('\n'), err);
 }
 
 QTEST_GUILESS_MAIN(tst_IpCoreGen)

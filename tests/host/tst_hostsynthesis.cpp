@@ -19,7 +19,8 @@
 
 #include <memory>
 
-Q_DECLARE_METATYPE(IPCore::SynthesisHelper::SynthesizeTool)
+using Tool = IPCore::SynthesisHelper::SynthesizeTool;
+Q_DECLARE_METATYPE(Tool)
 
 namespace {
 
@@ -28,18 +29,6 @@ const QString TOP = QStringLiteral("\\~upar_arbiter_wrap.mycore");
 const QString DEVICE_LINE = QStringLiteral(
     "// Device: device RK9C880D, device_id RK9C880D-FG1517-2, part_number RK9C880D-2FG1517I, "
     "family RK9C-880D, package FG1517, speed 2");
-
-DEV::DeviceArg device()
-{
-    DEV::DeviceArg arg;
-    arg.id = QStringLiteral("RK9C880D-FG1517-2");
-    arg.partNumber = QStringLiteral("RK9C880D-2FG1517I");
-    arg.family = QStringLiteral("RK9C-880D");
-    arg.name = QStringLiteral("RK9C880D");
-    arg.package = QStringLiteral("FG1517");
-    arg.speed = QStringLiteral("2");
-    return arg;
-}
 
 QByteArray readAll(const QString &path)
 {
@@ -53,46 +42,44 @@ bool writeFile(const QString &path, const QByteArray &content)
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
-// `text` with %1 and %2 replaced, where either may be absent.
-QString filled(QString text, const QString &first, const QString &second)
-{
-    return text.replace(QLatin1String("%1"), first).replace(QLatin1String("%2"), second);
-}
-
 // The arguments of an arbiter run in `tempDir`, with the two headers the page
 // writes there.
 IPCore::SynthesizeArgs arbiterArgs(const QString &tempDir, int requesters)
 {
-    writeFile(QDir(tempDir).filePath("define.vh"), "`define MODULE_NAME mycore\n");
-    writeFile(QDir(tempDir).filePath("parameter.vh"),
-              QStringLiteral("parameter DRP_NUM = %1;\n").arg(requesters).toUtf8());
+    writeFile(tempDir + "/define.vh", "`define MODULE_NAME mycore\n");
+    writeFile(tempDir + "/parameter.vh",
+              QByteArray("parameter DRP_NUM = ") + QByteArray::number(requesters) + ";\n");
     IPCore::SynthesizeArgs args;
     args.tempDir = tempDir;
-    args.projectName = QStringLiteral("Upar_Arbiter");
-    args.fileName = QStringLiteral("upar_arbiter");
-    args.device = device();
-    args.options.insert("impl_name", "rev_1");
-    args.options.insert("write_vhdl", false);
-    args.options.insert("top_module", TOP);
-    args.options.insert("include_paths", QStringList{tempDir, ARBITER});
-    args.options.insert("source_files",
-                        QStringList{ARBITER + "/upar_arbiter.v", ARBITER + "/upar_arbiter_wrap.v"});
+    args.projectName = "Upar_Arbiter";
+    args.fileName = "upar_arbiter";
+    args.device.id = "RK9C880D-FG1517-2";
+    args.device.partNumber = "RK9C880D-2FG1517I";
+    args.device.family = "RK9C-880D";
+    args.device.name = "RK9C880D";
+    args.device.package = "FG1517";
+    args.device.speed = "2";
+    args.options = {{"impl_name", "rev_1"},
+                    {"write_vhdl", false},
+                    {"top_module", TOP},
+                    {"include_paths", QStringList{tempDir, ARBITER}},
+                    {"source_files",
+                     QStringList{ARBITER + "/upar_arbiter.v", ARBITER + "/upar_arbiter_wrap.v"}}};
     return args;
 }
 
 // A stand-in for yosys beside this program while it lives. The helper looks
-// there before PATH, so only this test program is affected.
+// there before PATH, so only this test program is affected. $NETLIST is where
+// the script asks for the netlist; a body with an interpreter line of its own
+// is the whole program.
 class YosysDouble
 {
 public:
     explicit YosysDouble(const QByteArray &body)
-        : m_path(QDir(QCoreApplication::applicationDirPath()).filePath("yosys"))
+        : m_path(QCoreApplication::applicationDirPath() + "/yosys")
     {
-        // $NETLIST is where the script asks for the netlist. A body with an
-        // interpreter line of its own is the whole program.
         const QByteArray prologue
-            = "#!/bin/sh\n"
-              "for a; do script=$a; done\n"
+            = "#!/bin/sh\nfor a; do script=$a; done\n"
               "NETLIST=$(sed -n 's/^write_verilog -noattr \"\\(.*\\)\"$/\\1/p' "
               "\"$script\")\n";
         m_ok = writeFile(m_path, body.startsWith("#!") ? body : prologue + body)
@@ -107,14 +94,20 @@ private:
     bool m_ok = false;
 };
 
-// Runs the helper to its end; false when finished() did not come.
-bool run(IPCore::SynthesisHelper &helper)
+// Runs the helper to its end, pressing Cancel of its progress dialog first if
+// asked; false when finished() did not come once, from the event loop.
+bool run(IPCore::SynthesisHelper &helper, QWidget *window = nullptr)
 {
     QSignalSpy spy(&helper, &IPCore::SynthesisHelper::finished);
     helper.start();
-    // finished() comes from the event loop, never from inside start().
     if (spy.count() != 0)
         return false;
+    if (window) {
+        QTimer::singleShot(100, window, [window] {
+            auto *progress = window->findChild<QProgressDialog *>("synthesisProgress");
+            progress->findChild<QPushButton *>()->click();
+        });
+    }
     return spy.wait(120000) && spy.count() == 1 && spy.first().first().toInt() == helper.resultCode;
 }
 
@@ -130,7 +123,6 @@ private slots:
     void arbiter();
     void failedRuns_data();
     void failedRuns();
-    void cancel();
     void decodeFailures_data();
     void decodeFailures();
     void projectFiles();
@@ -146,7 +138,7 @@ void tst_HostSynthesis::initTestCase()
 
 void tst_HostSynthesis::arbiter_data()
 {
-    QTest::addColumn<IPCore::SynthesisHelper::SynthesizeTool>("tool");
+    QTest::addColumn<Tool>("tool");
     QTest::addColumn<int>("requesters");
     QTest::addColumn<QString>("netlist");
 
@@ -158,69 +150,63 @@ void tst_HostSynthesis::arbiter_data()
 
 void tst_HostSynthesis::arbiter()
 {
-    QFETCH(IPCore::SynthesisHelper::SynthesizeTool, tool);
+    QFETCH(Tool, tool);
     QFETCH(int, requesters);
     QFETCH(QString, netlist);
 
     QTemporaryDir dir;
-    QVERIFY(dir.isValid());
     const QString temp = dir.filePath("core dir/temp/Upar_Arbiter"); // a blank on the way
     QVERIFY(QDir().mkpath(temp));
-
     IPCore::SynthesisHelper helper;
     helper.setSynthesizeTool(tool);
     helper.setArgs(arbiterArgs(temp, requesters));
     QVERIFY(run(helper));
-    QVERIFY2(helper.resultCode == 0, qPrintable(helper.errorList.join('\n')));
     QCOMPARE(helper.errorList, QStringList());
+    QCOMPARE(helper.resultCode, 0);
     QCOMPARE(helper.messageTitle, QString());
 
-    const QString netlistPath = QDir(temp).filePath(netlist);
+    const QString netlistPath = temp + "/" + netlist;
     const QStringList lines = QString::fromUtf8(readAll(netlistPath)).split('\n');
     QCOMPARE(lines.value(0), DEVICE_LINE);
-    QVERIFY(lines.contains(QStringLiteral("module \\~upar_arbiter_wrap.mycore (upar_clk, upar_rst, "
-                                          "drp_req, drp_wr, drp_addr, drp_wdata, drp_grant, "
-                                          "drp_ready, drp_rdata, upar_wr, upar_rd, upar_addr, "
-                                          "upar_wdata, upar_rdata, upar_ready);")));
-
-    const QString tmpl = QDir(temp).filePath("upar_arbiter_tmp.v");
-    QCOMPARE(QString::fromUtf8(readAll(tmpl)),
-             QStringLiteral("// Instantiation template of \\~upar_arbiter_wrap.mycore, made with "
-                            "its netlist %1.\n"
-                            "\\~upar_arbiter_wrap.mycore u_upar_arbiter (\n"
-                            "    .upar_clk(upar_clk),     // input\n"
-                            "    .upar_rst(upar_rst),     // input\n"
-                            "    .drp_req(drp_req),       // input [%2:0]\n"
-                            "    .drp_wr(drp_wr),         // input [%2:0]\n"
-                            "    .drp_addr(drp_addr),     // input [%3:0]\n"
-                            "    .drp_wdata(drp_wdata),   // input [%4:0]\n"
-                            "    .drp_grant(drp_grant),   // output [%2:0]\n"
-                            "    .drp_ready(drp_ready),   // output [%2:0]\n"
-                            "    .drp_rdata(drp_rdata),   // output [31:0]\n"
-                            "    .upar_wr(upar_wr),       // output\n"
-                            "    .upar_rd(upar_rd),       // output\n"
-                            "    .upar_addr(upar_addr),   // output [23:0]\n"
-                            "    .upar_wdata(upar_wdata), // output [31:0]\n"
-                            "    .upar_rdata(upar_rdata), // input [31:0]\n"
-                            "    .upar_ready(upar_ready)  // input\n"
-                            ");\n")
+    QVERIFY(lines.contains("module \\~upar_arbiter_wrap.mycore (upar_clk, upar_rst, drp_req, "
+                           "drp_wr, drp_addr, drp_wdata, drp_grant, drp_ready, drp_rdata, upar_wr, "
+                           "upar_rd, upar_addr, upar_wdata, upar_rdata, upar_ready);"));
+    QCOMPARE(QString::fromUtf8(readAll(temp + "/upar_arbiter_tmp.v")),
+             QString("// Instantiation template of \\~upar_arbiter_wrap.mycore, made with its "
+                     "netlist %1.\n"
+                     "\\~upar_arbiter_wrap.mycore u_upar_arbiter (\n"
+                     "    .upar_clk(upar_clk),     // input\n"
+                     "    .upar_rst(upar_rst),     // input\n"
+                     "    .drp_req(drp_req),       // input [%2:0]\n"
+                     "    .drp_wr(drp_wr),         // input [%2:0]\n"
+                     "    .drp_addr(drp_addr),     // input [%3:0]\n"
+                     "    .drp_wdata(drp_wdata),   // input [%4:0]\n"
+                     "    .drp_grant(drp_grant),   // output [%2:0]\n"
+                     "    .drp_ready(drp_ready),   // output [%2:0]\n"
+                     "    .drp_rdata(drp_rdata),   // output [31:0]\n"
+                     "    .upar_wr(upar_wr),       // output\n"
+                     "    .upar_rd(upar_rd),       // output\n"
+                     "    .upar_addr(upar_addr),   // output [23:0]\n"
+                     "    .upar_wdata(upar_wdata), // output [31:0]\n"
+                     "    .upar_rdata(upar_rdata), // input [31:0]\n"
+                     "    .upar_ready(upar_ready)  // input\n"
+                     ");\n")
                  .arg(QFileInfo(netlistPath).fileName())
                  .arg(requesters - 1)
                  .arg(requesters * 24 - 1)
                  .arg(requesters * 32 - 1));
 
-    // Decoding keeps the device the run was made for.
+    // Decoding keeps the device the run was made for, and the tool's banner.
     const QString vo = dir.filePath("core dir/upar_arbiter.vo");
     QString error;
     QCOMPARE(IPCore::decode(dir.filePath("core dir"), netlistPath, vo, error), 0);
     QCOMPARE(error, QString());
-    QString origin = lines.value(1); // the tool's own banner, in a block comment
-    QVERIFY2(origin.startsWith("/* ") && origin.endsWith(" */"), qPrintable(origin));
-    origin = origin.mid(3, origin.size() - 6);
-    const QStringList decoded = QString::fromUtf8(readAll(vo)).split('\n');
-    QCOMPARE(decoded.mid(0, 5),
+    const QString banner = lines.value(1);
+    QVERIFY2(banner.startsWith("/* ") && banner.endsWith(" */"), qPrintable(banner));
+    QCOMPARE(QString::fromUtf8(readAll(vo)).split('\n').mid(0, 5),
              QStringList({"// Netlist of \\~upar_arbiter_wrap.mycore", DEVICE_LINE,
-                          "// Decoded from temp/Upar_Arbiter/" + netlist + " (" + origin
+                          "// Decoded from temp/Upar_Arbiter/" + netlist + " ("
+                              + banner.mid(3, banner.size() - 6)
                               + "); changes are lost when the core is generated again.",
                           "", lines.value(3)}));
 }
@@ -228,53 +214,55 @@ void tst_HostSynthesis::arbiter()
 void tst_HostSynthesis::failedRuns_data()
 {
     QTest::addColumn<QByteArray>("program"); // the double's script; empty for none at all
-    QTest::addColumn<QString>("change");     // what is wrong with the arguments
+    QTest::addColumn<bool>("vhdl");          // VHDL asked for, and a source missing
+    QTest::addColumn<bool>("cancel");
     QTest::addColumn<QStringList>("errors"); // %1 the run's directory, %2 this program's
 
     QTest::newRow("fails with a message")
         << QByteArray("echo 'reading sources' >&2\n"
                       "echo \"ERROR: Can't open include file 'define.vh'\" >&2\nexit 1\n")
-        << QString()
+        << false << false
         << QStringList{"yosys ended with exit code 1.",
                        "ERROR: Can't open include file 'define.vh'"};
     QTest::newRow("fails without an error line")
-        << QByteArray("echo 'out of memory' >&2\nexit 3\n") << QString()
+        << QByteArray("echo 'out of memory' >&2\nexit 3\n") << false << false
         << QStringList{"yosys ended with exit code 3.", "out of memory"};
     QTest::newRow("writes no netlist")
-        << QByteArray("exit 0\n") << QString()
+        << QByteArray("exit 0\n") << false << false
         << QStringList{"yosys wrote no netlist \"%1/upar_arbiter.vg\"."};
     QTest::newRow("netlist of another module")
-        << QByteArray("echo 'module other (a); input a; endmodule' > \"$NETLIST\"\n") << QString()
-        << QStringList{"The netlist \"%1/upar_arbiter.vg\" has no module " + TOP + "."};
+        << QByteArray("echo 'module other (a); input a; endmodule' > \"$NETLIST\"\n") << false
+        << false << QStringList{"The netlist \"%1/upar_arbiter.vg\" has no module " + TOP + "."};
     QTest::newRow("cannot be started")
-        << QByteArray("#!/nonexistent/interpreter\n") << QString()
+        << QByteArray("#!/nonexistent/interpreter\n") << false << false
         << QStringList{
                "yosys at \"%2/yosys\" could not be started: execvp: No such file or directory"};
-    QTest::newRow("no program") << QByteArray() << QString()
+    QTest::newRow("no program") << QByteArray() << false << false
                                 << QStringList{"The synthesis program yosys not found: neither "
                                                "beside the application in \"%2\" nor on PATH."};
     QTest::newRow("VHDL and a missing source")
-        << QByteArray("exit 0\n") << QStringLiteral("vhdl")
+        << QByteArray("exit 0\n") << true << false
         << QStringList{"The source file \"%1/gone.v\" does not exist.",
                        "yosys writes no VHDL netlist; generate the core in Verilog."};
+    QTest::newRow("canceled") << QByteArray("exec sleep 60\n") << false << true
+                              << QStringList{"The synthesis was canceled."};
 }
 
 void tst_HostSynthesis::failedRuns()
 {
     QFETCH(QByteArray, program);
-    QFETCH(QString, change);
+    QFETCH(bool, vhdl);
+    QFETCH(bool, cancel);
     QFETCH(QStringList, errors);
 
     QTemporaryDir dir;
-    QVERIFY(dir.isValid());
     IPCore::SynthesizeArgs args = arbiterArgs(dir.path(), 4);
     // What an earlier run left must not pass for this run's netlist.
     QVERIFY(writeFile(dir.filePath("upar_arbiter.vg"), "module stale; endmodule\n"));
-    if (change == QLatin1String("vhdl")) {
+    if (vhdl) {
         args.options.insert("write_vhdl", true);
         args.options.insert("source_files", QStringList{dir.filePath("gone.v")});
     }
-
     std::unique_ptr<YosysDouble> yosys;
     const QByteArray path = qgetenv("PATH");
     if (program.isEmpty())
@@ -283,48 +271,25 @@ void tst_HostSynthesis::failedRuns()
         yosys.reset(new YosysDouble(program));
     QVERIFY(!yosys || yosys->isValid());
 
-    IPCore::SynthesisHelper helper;
-    helper.setArgs(args);
-    const bool ended = run(helper);
-    qputenv("PATH", path);
-    QVERIFY(ended);
-
-    QCOMPARE(helper.resultCode, 1);
-    for (QString &error : errors)
-        error = filled(error, dir.path(), QCoreApplication::applicationDirPath());
-    QCOMPARE(helper.errorList, errors);
-    QCOMPARE(helper.messageTitle, QStringLiteral("The synthesis of %1 failed.").arg(TOP));
-    QVERIFY(!QFile::exists(dir.filePath("upar_arbiter_tmp.v")));
-}
-
-void tst_HostSynthesis::cancel()
-{
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    YosysDouble yosys("exec sleep 60\n");
-    QVERIFY(yosys.isValid());
-
     QWidget page;
     auto *helper = new IPCore::SynthesisHelper(&page);
     helper->setProgressDlgWindowTitle("SerDes Upar Arbiter");
     helper->showProgressDlg();
-    helper->setArgs(arbiterArgs(dir.path(), 4));
-    QSignalSpy spy(helper, &IPCore::SynthesisHelper::finished);
-    helper->start();
-
+    helper->setArgs(args);
     auto *progress = page.findChild<QProgressDialog *>("synthesisProgress");
-    QVERIFY(progress);
-    QVERIFY(progress->isVisible());
+    QVERIFY(progress && progress->isVisible());
     QCOMPARE(progress->windowTitle(), QStringLiteral("SerDes Upar Arbiter"));
     QCOMPARE(progress->labelText(), QStringLiteral("Synthesizing %1...").arg(TOP));
-    QTest::qWait(100);
-    QPushButton *cancel = progress->findChild<QPushButton *>();
-    QVERIFY(cancel);
-    cancel->click();
+    const bool ended = run(*helper, cancel ? &page : nullptr);
+    qputenv("PATH", path);
+    QVERIFY(ended);
 
-    QVERIFY(spy.wait(10000));
     QCOMPARE(helper->resultCode, 1);
-    QCOMPARE(helper->errorList, QStringList{"The synthesis was canceled."});
+    for (QString &error : errors)
+        error.replace("%1", dir.path()).replace("%2", QCoreApplication::applicationDirPath());
+    QCOMPARE(helper->errorList, errors);
+    QCOMPARE(helper->messageTitle, QStringLiteral("The synthesis of %1 failed.").arg(TOP));
+    QVERIFY(!QFile::exists(dir.filePath("upar_arbiter_tmp.v")));
 }
 
 void tst_HostSynthesis::decodeFailures_data()
@@ -354,20 +319,15 @@ void tst_HostSynthesis::decodeFailures()
     QFETCH(QString, error);
 
     QTemporaryDir dir;
-    QVERIFY(dir.isValid());
     const QString input = dir.filePath("temp/core.vg");
     const QString output = dir.filePath("core.vo");
     QVERIFY(QDir().mkpath(dir.filePath("temp")));
-    if (!content.isNull())
-        QVERIFY(writeFile(input, content));
-    if (outputIsDir)
-        QVERIFY(QDir().mkpath(output));
-    else
-        QVERIFY(writeFile(output, "kept"));
+    QVERIFY(content.isNull() || writeFile(input, content));
+    QVERIFY(outputIsDir ? QDir().mkpath(output) : writeFile(output, "kept"));
 
     QString text;
     QCOMPARE(IPCore::decode(dir.path(), input, output, text), 1);
-    QCOMPARE(text, filled(error, input, output));
+    QCOMPARE(text, error.replace("%1", input).replace("%2", output));
     if (!outputIsDir)
         QCOMPARE(readAll(output), QByteArray("kept"));
 }
@@ -375,7 +335,6 @@ void tst_HostSynthesis::decodeFailures()
 void tst_HostSynthesis::projectFiles()
 {
     QTemporaryDir dir;
-    QVERIFY(dir.isValid());
     const QString a = dir.filePath("a.v");
     const QString b = dir.filePath("b.v");
     QVERIFY(writeFile(a, "x") && writeFile(b, "y"));
@@ -385,12 +344,9 @@ void tst_HostSynthesis::projectFiles()
 
     // The good files go in once each, the bad ones are reported together.
     QTest::ignoreMessage(QtCriticalMsg,
-                         qPrintable(QString("Some files could not be added to the project.\n"
-                                            "    \""
-                                            + dir.filePath("gone.v")
-                                            + "\" does not exist.\n"
-                                              "    \""
-                                            + dir.path() + "\" is no file.")));
+                         qPrintable("Some files could not be added to the project.\n    \""
+                                    + dir.filePath("gone.v") + "\" does not exist.\n    \""
+                                    + dir.path() + "\" is no file."));
     QCOMPARE(IPCore::addFilesToProject(
                  {a, dir.filePath("gone.v"), a, dir.path(), dir.filePath("./b.v")}),
              false);

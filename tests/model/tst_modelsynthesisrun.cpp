@@ -29,12 +29,6 @@ void recordCriticals(QtMsgType type, const QMessageLogContext &, const QString &
         criticals << message;
 }
 
-bool writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
-
 QByteArray readAll(const QString &path)
 {
     QFile file(path);
@@ -48,22 +42,11 @@ class tst_ModelSynthesisRun : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void cleanupTestCase();
+    void initTestCase() { QLocale::setDefault(QLocale::c()); }
+    void cleanupTestCase() { serdes::destory(); }
     void run_data();
     void run();
 };
-
-void tst_ModelSynthesisRun::initTestCase()
-{
-    QLocale::setDefault(QLocale::c());
-    QVERIFY(QFile::exists(ARBITER + "/upar_arbiter_wrap.v"));
-}
-
-void tst_ModelSynthesisRun::cleanupTestCase()
-{
-    serdes::destory();
-}
 
 void tst_ModelSynthesisRun::run_data()
 {
@@ -77,38 +60,36 @@ void tst_ModelSynthesisRun::run_data()
     const QString failed = QStringLiteral("The synthesis of %1 failed.\n    ").arg(TOP);
     const QString generation = QStringLiteral("Core generation occur errors.\n    ");
     const QStringList all = {"temp", "upar_arbiter.v", "upar_arbiter.vo", "upar_arbiter_tmp.v"};
+    const QStringList temp = {"temp"};
+    const QString directory = "\": Filename refers to a directory";
 
     QTest::newRow("own tool, no language: Verilog")
         << "TarvexSynthesis" << QVariant() << QString() << true << QString() << all;
     QTest::newRow("implementation directory")
         << "Synplify Pro" << QVariant(0) << QString() << true << QString() << all;
-    QTest::newRow("run fails") << "TarvexSynthesis" << QVariant(0) << QString() << false
-                               << QString(failed
-                                          + "yosys ended with exit code 1.\n"
-                                            "    ERROR: Can't open include file `define.vh'!")
-                               << QStringList{"temp"};
+    QTest::newRow("run fails")
+        << "TarvexSynthesis" << QVariant(0) << QString() << false
+        << failed
+               + "yosys ended with exit code 1.\n    ERROR: Can't open include file "
+                 "`define.vh'!"
+        << temp;
     QTest::newRow("VHDL asked of the tool")
         << "TarvexSynthesis" << QVariant(1) << QString() << true
-        << QString(failed + "yosys writes no VHDL netlist; generate the core in Verilog.")
-        << QStringList{"temp"};
+        << failed + "yosys writes no VHDL netlist; generate the core in Verilog." << temp;
     QTest::newRow("netlist copy fails")
         << "TarvexSynthesis" << QVariant(0) << "upar_arbiter.v" << true
-        << QString(generation
-                   + "Cannot write \"%1/upar_arbiter.v\": Filename refers to a directory")
+        << generation + "Cannot write \"%1/upar_arbiter.v" + directory
         << QStringList{"temp", "upar_arbiter.v"};
-    QTest::newRow("decode fails")
-        << "TarvexSynthesis" << QVariant(0) << "upar_arbiter.vo" << true
-        << QString(generation
-                   + "Cannot write the netlist \"%1/upar_arbiter.vo\": Filename "
-                     "refers to a directory")
-        << all;
+    QTest::newRow("decode fails") << "TarvexSynthesis" << QVariant(0) << "upar_arbiter.vo" << true
+                                  << generation + "Cannot write the netlist \"%1/upar_arbiter.vo"
+                                         + directory
+                                  << all;
     QTest::newRow("unknown tool: no netlist to copy")
         << "Unknown Tool" << QVariant(0) << QString() << true
-        << QString(generation + "Cannot read \"\": No file name specified") << QStringList{"temp"};
+        << generation + "Cannot read \"\": No file name specified" << temp;
     QTest::newRow("language 2: VHDL names, Verilog run")
         << "TarvexSynthesis" << QVariant(2) << QString() << true
-        << QString(generation + "Cannot read \"%2/upar_arbiter.vhg\": No such file or directory")
-        << QStringList{"temp"};
+        << generation + "Cannot read \"%2/upar_arbiter.vhg\": No such file or directory" << temp;
 }
 
 void tst_ModelSynthesisRun::run()
@@ -121,28 +102,24 @@ void tst_ModelSynthesisRun::run()
     QFETCH(QStringList, files);
 
     QTemporaryDir work;
-    QVERIFY(work.isValid());
     serdes::instance()->setWorkingDir(work.path());
     const QString base = work.filePath("upar_arbiter");
-    const QString temp = QString(base + "/temp/Upar_Arbiter");
+    const QString temp = base + "/temp/Upar_Arbiter";
     QVERIFY(QDir().mkpath(temp));
     if (headers) {
-        QVERIFY(writeFile(temp + "/define.vh", "`define MODULE_NAME mycore\n"));
-        QVERIFY(writeFile(temp + "/parameter.vh", "parameter DRP_NUM = 4;\n"));
+        QFile define(temp + "/define.vh"), parameter(temp + "/parameter.vh");
+        QVERIFY(define.open(QIODevice::WriteOnly) && parameter.open(QIODevice::WriteOnly));
+        define.write("`define MODULE_NAME mycore\n");
+        parameter.write("parameter DRP_NUM = 4;\n");
     }
-    if (!obstacle.isEmpty())
-        QVERIFY(QDir(base).mkdir(obstacle));
+    QVERIFY(obstacle.isEmpty() || QDir(base).mkdir(obstacle));
 
-    QMap<QString, QVariant> args;
-    args.insert(SYNTHESIS_TOOL, tool);
-    args.insert(FILE_NAME, "upar_arbiter");
-    args.insert(MODULE_NAME, TOP);
+    QMap<QString, QVariant> args{
+        {SYNTHESIS_TOOL, tool}, {FILE_NAME, "upar_arbiter"}, {MODULE_NAME, TOP}};
     if (language.isValid())
         args.insert(LANGUAGE, language);
-    QMap<QString, QVariant> info;
-    info.insert(IPCore::Info::KEY_LABEL, "SerDes Upar Arbiter");
-    info.insert(IPCore::Info::KEY_DATADIRECTORY, ARBITER);
-
+    const QMap<QString, QVariant> info{{IPCore::Info::KEY_LABEL, "SerDes Upar Arbiter"},
+                                       {IPCore::Info::KEY_DATADIRECTORY, ARBITER}};
     QObject owner;
     QString netlist = QStringLiteral("untouched");
     criticals.clear();
@@ -152,23 +129,19 @@ void tst_ModelSynthesisRun::run()
                                             "Upar_Arbiter", netlist, &owner);
     qInstallMessageHandler(previous);
 
-    const QString expected = QString(message).replace("%1", base).replace("%2", temp);
-    QCOMPARE(criticals, expected.isEmpty() ? QStringList() : QStringList{expected});
+    message.replace("%1", base).replace("%2", temp);
+    QCOMPARE(criticals, message.isEmpty() ? QStringList() : QStringList{message});
     QCOMPARE(result, message.isEmpty());
     QCOMPARE(QDir(base).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), files);
-    for (QWidget *window : QApplication::topLevelWidgets()) {
-        if (qobject_cast<QProgressDialog *>(window))
-            QVERIFY(!window->isVisible());
-    }
-
+    for (QWidget *window : QApplication::topLevelWidgets())
+        QVERIFY(!qobject_cast<QProgressDialog *>(window) || !window->isVisible());
     if (!result) {
         QCOMPARE(netlist, QStringLiteral("untouched"));
         return;
     }
     // The result is the tool's netlist as it was, not the decoded one.
-    const QString toolNetlist = tool == QLatin1String("Synplify Pro")
-                                    ? QString(temp + "/rev_1/upar_arbiter.vm")
-                                    : QString(temp + "/upar_arbiter.vg");
+    const QString toolNetlist
+        = temp + (tool == "Synplify Pro" ? "/rev_1/upar_arbiter.vm" : "/upar_arbiter.vg");
     QCOMPARE(netlist, QString(base + "/upar_arbiter.v"));
     QVERIFY(!readAll(toolNetlist).isEmpty());
     QCOMPARE(readAll(netlist), readAll(toolNetlist));
