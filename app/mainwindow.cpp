@@ -5,6 +5,7 @@
 
 #include <core/editormanager.h>
 #include <core/idecore.h>
+#include <core/projectmanager.h>
 #include <core/viewmanager.h>
 #include <dev/devicedb.h>
 #include <ipcore/baseipcore.h>
@@ -45,6 +46,7 @@ MainWindow::MainWindow(const CoreCatalogue *catalogue, const QString &deviceId, 
     , m_cores(new QTreeWidget)
     , m_editors(new QTabWidget)
     , m_results(new QListWidget)
+    , m_project(new QListWidget)
     , m_recentMenu(new QMenu(QStringLiteral("Open &Recent"), this))
 {
     setWindowTitle(QStringLiteral("IP Core Generator"));
@@ -106,6 +108,21 @@ MainWindow::MainWindow(const CoreCatalogue *catalogue, const QString &deviceId, 
     dock->setWidget(m_results);
     addDockWidget(Qt::BottomDockWidgetArea, dock);
     resizeDocks({dock}, {140}, Qt::Vertical);
+
+    // What the cores added to the project; a double click shows the file.
+    m_project->setObjectName(QStringLiteral("projectList"));
+    auto *projectDock = new QDockWidget(QStringLiteral("Project Files"), this);
+    projectDock->setObjectName(QStringLiteral("projectDock"));
+    projectDock->setFeatures(QDockWidget::NoDockWidgetFeatures);
+    projectDock->setWidget(m_project);
+    addDockWidget(Qt::BottomDockWidgetArea, projectDock);
+    splitDockWidget(dock, projectDock, Qt::Horizontal);
+    Core::ProjectManager *project = Core::ProjectManager::instance();
+    connect(project, &Core::ProjectManager::filesAdded, this, &MainWindow::addProjectFiles);
+    addProjectFiles(project->files());
+    connect(m_project, &QListWidget::itemDoubleClicked, this, [this](QListWidgetItem *item) {
+        showFile(item->data(Qt::UserRole).toString());
+    });
 
     connect(m_devices, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             &MainWindow::fillCatalogue);
@@ -181,6 +198,14 @@ void MainWindow::showFile(const QString &fileName)
     const int index = m_editors->addTab(editor, QFileInfo(fileName).fileName());
     m_editors->setTabToolTip(index, QDir::toNativeSeparators(fileName));
     m_editors->setCurrentIndex(index);
+}
+
+void MainWindow::addProjectFiles(const QStringList &files)
+{
+    for (const QString &file : files) {
+        auto *item = new QListWidgetItem(QDir::toNativeSeparators(file), m_project);
+        item->setData(Qt::UserRole, file);
+    }
 }
 
 void MainWindow::addResult(const QString &path, const QString &tag)

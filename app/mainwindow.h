@@ -46,11 +46,13 @@ private:
     void fillRecentMenu();
     void showFile(const QString &fileName);
     void addResult(const QString &path, const QString &tag);
+    void addProjectFiles(const QStringList &files);
 
     const CoreCatalogue *m_catalogue;
     QComboBox *m_devices;
     QTreeWidget *m_cores;
     QTabWidget *m_editors;
     QListWidget *m_results;
+    QListWidget *m_project;
     QMenu *m_recentMenu;
 };

@@ -65,7 +65,7 @@ QString number(double value)
 } // namespace
 
 BcdrDlg::BcdrDlg(const QString &helpFile, QWidget *parent)
-    : protocolGenDlg(parent)
+    : SampleDlg(parent)
     , m_form(new Ui::BcdrOptions)
     , m_holder(new QWidget(this))
 {
@@ -395,18 +395,13 @@ void BcdrDlg::refuse(const QString &text)
     QMessageBox::critical(this, QStringLiteral("Error"), text);
 }
 
-void BcdrDlg::accept()
+bool BcdrDlg::confirm()
 {
-    const QStringList fileErrors = checkFileOptions();
-    if (!fileErrors.isEmpty()) {
-        showErrorMsg(fileErrors);
-        return;
-    }
     const Bcdr::Settings s = settings();
     const QStringList errors = s.check();
     if (!errors.isEmpty()) {
         refuse(errors.join(QLatin1Char('\n')));
-        return;
+        return false;
     }
     // An instance being edited is out of the model while its dialog runs, so
     // its own names are free here.
@@ -414,17 +409,13 @@ void BcdrDlg::accept()
     if (model->moduleNames.contains(s.module)) {
         refuse(
             QStringLiteral("Another instance already has the module name \"%1\".").arg(s.module));
-        return;
+        return false;
     }
     if (model->fileNames.contains(s.file)) {
         refuse(QStringLiteral("Another instance already has the file name \"%1\".").arg(s.file));
-        return;
+        return false;
     }
-    if (!checkRunning(s) || !proveRoutes(s))
-        return;
-    if (!checkModuleName() || !checkFileExisting())
-        return;
-    QDialog::accept();
+    return checkRunning(s) && proveRoutes(s) && checkModuleName();
 }
 
 bool BcdrDlg::checkRunning(const Bcdr::Settings &s)

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "../common/sampledlg.h"
 #include "bcdroptions.h"
 #include "bcdrsettings.h"
-
-#include <protocol/protocolgendlg.h>
 
 class QCheckBox;
 
@@ -17,7 +16,7 @@ class BcdrOptions;
 // the model says is free, proposes the settings of a PLL or reference clock
 // that another instance already runs, and closes only on a selection that
 // the model can place: it routes it for a moment and gives it back.
-class BcdrDlg : public IPSERDESIP::protocolGenDlg
+class BcdrDlg : public samples::SampleDlg
 {
     Q_OBJECT
 
@@ -31,11 +30,10 @@ public:
     // that this device does not offer now.
     bool restoreArgs(const QMap<QString, QVariant> &args) override;
 
-    // The parameter map of what the dialog shows.
-    QMap<QString, QVariant> args() const;
+    QMap<QString, QVariant> args() const override;
 
-public slots:
-    void accept() override;
+protected:
+    bool confirm() override;
 
 private:
     Bcdr::Settings settings() const;

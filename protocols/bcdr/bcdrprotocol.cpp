@@ -7,11 +7,17 @@
 #include "bcdrsettings.h"
 
 #include "../common/devicetier.h"
+#include "../common/samplepackage.h"
 
 #include <ipcore/ipcorefile.h>
 #include <protocol/message.h>
 
 #include <QDir>
+
+IPSERDESIP::BaseProtocol *samples::makeProtocol(const QString &path)
+{
+    return new BcdrProtocol(path);
+}
 
 BcdrProtocol::BcdrProtocol(const QString &path, QObject *parent)
     : BaseProtocol(parent)
@@ -22,20 +28,13 @@ QMap<QString, QVariant> BcdrProtocol::create(const QString &createPath,
                                              const DEV::DeviceArg &device)
 {
     BcdrDlg dialog(summaryFile());
-    dialog.uiSetDefaultFileName(QStringLiteral("bcdr"));
-    dialog.uiSetModuleName(QStringLiteral("bcdr"));
-    dialog.setCreating(createPath, device);
-    if (dialog.exec() != QDialog::Accepted)
-        return {};
-    return dialog.args();
+    return dialog.runCreating(QStringLiteral("bcdr"), createPath, device);
 }
 
 QMap<QString, QVariant> BcdrProtocol::edit(const QMap<QString, QVariant> &args)
 {
     BcdrDlg dialog(summaryFile());
-    if (!dialog.setOpening(args) || dialog.exec() != QDialog::Accepted)
-        return {};
-    return dialog.args();
+    return dialog.runOpening(args);
 }
 
 IPSERDESIP::Message *BcdrProtocol::createMessage(const QMap<QString, QVariant> &args)

@@ -49,6 +49,16 @@ QStringList quadsOf(Tier tier)
     return {QStringLiteral("Q0")};
 }
 
+QStringList laneLabels(Tier tier)
+{
+    QStringList labels;
+    for (const QString &quad : quadsOf(tier)) {
+        for (int i = 0; i < 4; ++i)
+            labels << QStringLiteral("%1 Lane%2").arg(quad).arg(i);
+    }
+    return labels;
+}
+
 QStringList referencePins(Tier tier)
 {
     switch (tier) {

@@ -35,6 +35,8 @@ bool hasTransceivers(const DEV::DeviceArg &device);
 
 // "Q0", and "Q1" on the two-quad tier.
 QStringList quadsOf(Tier tier);
+// Every lane of the tier as the dialogs show it: "Q0 Lane0", ...
+QStringList laneLabels(Tier tier);
 // Reference inputs as option strings: the dedicated pins first, then the
 // clocks that come from the fabric.
 QStringList referencePins(Tier tier);

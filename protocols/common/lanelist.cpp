@@ -1,7 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "lanelist.h"
 
+#include "sampledlg.h"
+
+#include <model/serdes.h>
+#include <protocol/protocolgendlg.h>
+
 #include <QListWidget>
+#include <QMessageBox>
 
 namespace samples {
 
@@ -37,6 +43,54 @@ QList<Utils::PinFigure> figurePins(const QList<Port> &ports)
         pins << Utils::PinFigure(port.name, direction, port.width);
     }
     return pins;
+}
+
+void readFrame(InstanceSettings &settings, const SampleDlg &dialog, const QListWidget *list)
+{
+    settings.name = dialog.moduleName();
+    settings.module = dialog.moduleName();
+    settings.file = dialog.fileName();
+    settings.dir = dialog.createPath();
+    settings.targetDevice = dialog.deviceId();
+    settings.language = dialog.uiLanguageIndex();
+    settings.lanes = checkedLanes(list);
+}
+
+bool lanesStillFree(const QStringList &lanes, const QStringList &free)
+{
+    for (const QString &lane : lanes) {
+        if (!free.contains(lane))
+            return false;
+    }
+    return !lanes.isEmpty();
+}
+
+bool confirmLanes(IPSERDESIP::protocolGenDlg *dialog, const QString &title,
+                  const QStringList &problems, const QList<LaneRow> &rows)
+{
+    if (!dialog->checkModuleName())
+        return false;
+    // An instance being edited is out of the model while its dialog runs, so
+    // its own names are free here.
+    const IPSERDESIP::serdes *model = IPSERDESIP::serdes::instance();
+    const QString module = dialog->moduleName();
+    const QString file = dialog->fileName();
+    QStringList found;
+    if (model->moduleNames.contains(module))
+        found << QStringLiteral("Another instance is named \"%1\".").arg(module);
+    if (model->fileNames.contains(file))
+        found << QStringLiteral("Another instance writes the file \"%1\".").arg(file);
+    found << problems;
+    if (!found.isEmpty()) {
+        QMessageBox::warning(dialog, title, found.join(QLatin1Char('\n')));
+        return false;
+    }
+    QString why;
+    if (!provePlacement(rows, why)) {
+        QMessageBox::warning(dialog, title, why);
+        return false;
+    }
+    return true;
 }
 
 } // namespace samples

@@ -3,6 +3,7 @@
 
 #include "devicetier.h"
 
+#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -285,6 +286,27 @@ bool writeTextFile(const QString &path, const QString &text, QString &error)
         error = QStringLiteral("Cannot write \"%1\": %2").arg(path, file.errorString());
         return false;
     }
+    return true;
+}
+
+bool reportProblems(const QString &protocol, const QString &instance, const QStringList &problems)
+{
+    for (const QString &problem : problems)
+        qCritical().noquote() << protocol << instance << ':' << problem;
+    return problems.isEmpty();
+}
+
+bool writeInstanceModule(const LaneModule &module, const QStringList &description,
+                         const QMap<QString, QVariant> &args, const QString &file,
+                         QString &outputFile, QStringList &modArgs)
+{
+    outputFile = QString(instanceDirectory(args) + QLatin1Char('/') + file + QStringLiteral(".v"));
+    QString error;
+    if (!writeTextFile(outputFile, module.verilog(description), error)) {
+        qCritical().noquote() << error;
+        return false;
+    }
+    modArgs << module.portLines();
     return true;
 }
 

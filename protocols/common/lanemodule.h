@@ -7,8 +7,10 @@
 // (SERDES_QUAD per quad, SERDES_LANE per lane) as black boxes.
 
 #include <QList>
+#include <QMap>
 #include <QString>
 #include <QStringList>
+#include <QVariant>
 
 namespace samples {
 
@@ -54,5 +56,15 @@ private:
 
 // Writes `text` to `path`, making its directory; false with the reason.
 bool writeTextFile(const QString &path, const QString &text, QString &error);
+
+// A generation has no dialog to show an instance's problems in: each goes to
+// the log as "<protocol> <instance> : <problem>". True when there are none.
+bool reportProblems(const QString &protocol, const QString &instance, const QStringList &problems);
+// Writes `module` as "<file>.v" into the instance's directory, which
+// `outputFile` names then, and gives its port lines to `modArgs`. False, once
+// the log says why, when the file cannot be written.
+bool writeInstanceModule(const LaneModule &module, const QStringList &description,
+                         const QMap<QString, QVariant> &args, const QString &file,
+                         QString &outputFile, QStringList &modArgs);
 
 } // namespace samples

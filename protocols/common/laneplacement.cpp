@@ -42,6 +42,20 @@ bool tryLine(const QString &line, const QString &pll, const LaneRow &row)
 
 } // namespace
 
+LaneRow laneRow(const QString &label, const QString &pll, const QString &reference, double refFreq,
+                double txRate, double rxRate, const QString &referenceMux)
+{
+    LaneRow row;
+    row.lane = laneModelName(label);
+    row.pll = pllModelName(row.lane, pll);
+    row.reference = reference;
+    row.refFreq = refFreq;
+    row.txRate = txRate;
+    row.rxRate = rxRate;
+    row.referenceMux = referenceMux;
+    return row;
+}
+
 IPSERDESIP::Message *makeMessage(const QString &type, const QString &name, const QString &file,
                                  const QString &module, const QList<LaneRow> &rows)
 {

@@ -26,6 +26,11 @@ struct LaneRow
     QString referenceMux; // "" for any, or "REFMUX1" to pin the receiver's clock route
 };
 
+// The row of the lane that the dialogs show as `label` ("Q0 Lane1"), its
+// transmitter on the PLL option `pll` ("CPLL", "QPLL0", "QPLL1") of its quad.
+LaneRow laneRow(const QString &label, const QString &pll, const QString &reference, double refFreq,
+                double txRate, double rxRate, const QString &referenceMux = QString());
+
 // The request of an instance; the caller owns it.
 IPSERDESIP::Message *makeMessage(const QString &type, const QString &name, const QString &file,
                                  const QString &module, const QList<LaneRow> &rows);

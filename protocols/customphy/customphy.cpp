@@ -4,12 +4,16 @@
 #include "../common/devicetier.h"
 #include "../common/lanemodule.h"
 #include "../common/laneplacement.h"
+#include "../common/samplepackage.h"
 #include "customphydlg.h"
 #include "customphysettings.h"
 
 #include <protocol/message.h>
 
-#include <QDebug>
+IPSERDESIP::BaseProtocol *samples::makeProtocol(const QString &path)
+{
+    return new CustomPhy(path);
+}
 
 CustomPhy::CustomPhy(const QString &path)
     : m_path(path)
@@ -18,20 +22,13 @@ CustomPhy::CustomPhy(const QString &path)
 QMap<QString, QVariant> CustomPhy::create(const QString &createPath, const DEV::DeviceArg &device)
 {
     CustomPhyDlg dialog(samples::tierOf(device.family));
-    dialog.uiSetDefaultFileName(QStringLiteral("customphy"));
-    dialog.uiSetModuleName(QStringLiteral("customphy"));
-    dialog.setCreating(createPath, device);
-    if (dialog.exec() != QDialog::Accepted)
-        return {};
-    return dialog.args();
+    return dialog.runCreating(QStringLiteral("customphy"), createPath, device);
 }
 
 QMap<QString, QVariant> CustomPhy::edit(const QMap<QString, QVariant> &args)
 {
     CustomPhyDlg dialog(samples::tierOfInstance(args, device));
-    if (!dialog.setOpening(args) || dialog.exec() != QDialog::Accepted)
-        return {};
-    return dialog.args();
+    return dialog.runOpening(args);
 }
 
 IPSERDESIP::Message *CustomPhy::createMessage(const QMap<QString, QVariant> &args)
@@ -47,12 +44,8 @@ bool CustomPhy::generate(const QMap<QString, QVariant> &args, QStringList &iniLi
     Q_UNUSED(csrLines)
     const CustomPhySettings s = CustomPhySettings::fromMap(args);
     const samples::Tier tier = samples::tierOfInstance(args, device);
-    const QStringList problems = s.problems(tier);
-    if (!problems.isEmpty()) {
-        for (const QString &problem : problems)
-            qCritical().noquote() << "Custom PHY" << s.name << ':' << problem;
+    if (!samples::reportProblems(name(), s.name, s.problems(tier)))
         return false;
-    }
     iniLines << s.iniLines(tier);
     if (!fullRun)
         return true;
@@ -71,15 +64,7 @@ bool CustomPhy::generate(const QMap<QString, QVariant> &args, QStringList &iniLi
         about << QStringLiteral("%1: %2 from %3 at %4 MHz.")
                      .arg(it.key(), it->pll, it->reference, samples::numberText(it->refFreq));
     }
-    outputFile = QString(samples::instanceDirectory(args) + QLatin1Char('/') + s.file
-                         + QStringLiteral(".v"));
-    QString error;
-    if (!samples::writeTextFile(outputFile, module.verilog(about), error)) {
-        qCritical().noquote() << error;
-        return false;
-    }
-    modArgs << module.portLines();
-    return true;
+    return samples::writeInstanceModule(module, about, args, s.file, outputFile, modArgs);
 }
 
 bool CustomPhy::validate(const QMap<QString, QVariant> &args, QStringList &errors) const

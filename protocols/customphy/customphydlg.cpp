@@ -8,7 +8,6 @@
 
 #include <model/serdes.h>
 
-#include <QMessageBox>
 #include <QRegularExpressionValidator>
 
 namespace {
@@ -49,7 +48,7 @@ void selectText(QComboBox *box, const QString &text)
 } // namespace
 
 CustomPhyDlg::CustomPhyDlg(samples::Tier tier, QWidget *parent)
-    : protocolGenDlg(parent)
+    : SampleDlg(parent)
     , m_clocks(new Ui_CustomPhyClocks)
     , m_line(new Ui_CustomPhyLine)
     , m_tier(tier)
@@ -136,12 +135,8 @@ bool CustomPhyDlg::restoreArgs(const QMap<QString, QVariant> &args)
     showSettings(stored);
     // Lanes another instance took since are not offered: the map cannot be
     // shown as it is.
-    const QStringList free = IPSERDESIP::serdes::instance()->notOccupiedLanes();
-    for (const QString &lane : stored.lanes) {
-        if (!free.contains(lane))
-            return false;
-    }
-    return !stored.lanes.isEmpty();
+    return samples::lanesStillFree(stored.lanes,
+                                   IPSERDESIP::serdes::instance()->notOccupiedLanes());
 }
 
 void CustomPhyDlg::showSettings(const CustomPhySettings &s)
@@ -290,13 +285,7 @@ void CustomPhyDlg::updateFigure()
 CustomPhySettings CustomPhyDlg::settings() const
 {
     CustomPhySettings s;
-    s.name = moduleName();
-    s.module = moduleName();
-    s.file = fileName();
-    s.dir = createPath();
-    s.targetDevice = m_device.id;
-    s.language = uiLanguageIndex();
-    s.lanes = samples::checkedLanes(m_clocks->listLanes);
+    samples::readFrame(s, *this, m_clocks->listLanes);
     for (const QString &quad : s.quads()) {
         const QuadWidgets w = m_quads.value(quad);
         CustomPhySettings::QuadClock clock;
@@ -325,33 +314,8 @@ QMap<QString, QVariant> CustomPhyDlg::args() const
     return settings().toMap();
 }
 
-void CustomPhyDlg::accept()
+bool CustomPhyDlg::confirm()
 {
-    const QStringList empty = checkFileOptions();
-    if (!empty.isEmpty()) {
-        showErrorMsg(empty);
-        return;
-    }
-    if (!checkModuleName())
-        return;
-    IPSERDESIP::serdes *model = IPSERDESIP::serdes::instance();
-    QStringList problems;
-    if (model->moduleNames.contains(moduleName()))
-        problems << QStringLiteral("Another instance is named \"%1\".").arg(moduleName());
-    if (model->fileNames.contains(fileName()))
-        problems << QStringLiteral("Another instance writes the file \"%1\".").arg(fileName());
     const CustomPhySettings s = settings();
-    problems << s.problems(m_tier);
-    if (!problems.isEmpty()) {
-        QMessageBox::warning(this, QLatin1String(TITLE), problems.join(QLatin1Char('\n')));
-        return;
-    }
-    QString why;
-    if (!samples::provePlacement(s.rows(), why)) {
-        QMessageBox::warning(this, QLatin1String(TITLE), why);
-        return;
-    }
-    if (!checkFileExisting())
-        return;
-    QDialog::accept();
+    return samples::confirmLanes(this, QLatin1String(TITLE), s.problems(m_tier), s.rows());
 }

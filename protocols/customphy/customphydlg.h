@@ -2,9 +2,8 @@
 #pragma once
 
 #include "../common/devicetier.h"
+#include "../common/sampledlg.h"
 #include "customphysettings.h"
-
-#include <protocol/protocolgendlg.h>
 
 class Ui_CustomPhyClocks;
 class Ui_CustomPhyLine;
@@ -15,7 +14,7 @@ class QPushButton;
 // selected lane, and the line settings of all selected lanes. It proposes
 // what is free, offers a running QPLL of the wanted rate for sharing, and
 // closes only on a selection that it has tried on the model.
-class CustomPhyDlg : public IPSERDESIP::protocolGenDlg
+class CustomPhyDlg : public samples::SampleDlg
 {
     Q_OBJECT
 
@@ -25,10 +24,10 @@ public:
 
     void dialogDidPrepare() override;
     bool restoreArgs(const QMap<QString, QVariant> &args) override;
-    QMap<QString, QVariant> args() const;
+    QMap<QString, QVariant> args() const override;
 
-public slots:
-    void accept() override;
+protected:
+    bool confirm() override;
 
 private:
     struct QuadWidgets

@@ -55,17 +55,7 @@ QStringList widths()
 CustomPhySettings CustomPhySettings::fromMap(const QMap<QString, QVariant> &args)
 {
     CustomPhySettings s;
-    s.name = args.value(QStringLiteral("name")).toString();
-    s.module = args.value(QStringLiteral("module")).toString();
-    s.file = args.value(QStringLiteral("file")).toString();
-    s.dir = args.value(QStringLiteral("dir")).toString();
-    s.targetDevice = args.value(QStringLiteral("target_device")).toString();
-    s.language = args.value(QStringLiteral("LANG"), 0).toInt();
-    // A configuration file may give the list back as one text or as a list.
-    const QString lanes = args.value(QStringLiteral("lanes")).toStringList().join(QLatin1Char(','));
-    s.lanes = lanes.split(QLatin1Char(','), Qt::SkipEmptyParts);
-    for (QString &lane : s.lanes)
-        lane = lane.trimmed();
+    s.readFrom(args);
     for (const QString &quad : s.quads()) {
         QuadClock clock;
         clock.pll = args.value(QString(quad + QStringLiteral("_pll")), clock.pll).toString();
@@ -89,13 +79,7 @@ CustomPhySettings CustomPhySettings::fromMap(const QMap<QString, QVariant> &args
 QMap<QString, QVariant> CustomPhySettings::toMap() const
 {
     QMap<QString, QVariant> args;
-    args.insert(QStringLiteral("name"), name);
-    args.insert(QStringLiteral("module"), module);
-    args.insert(QStringLiteral("file"), file);
-    args.insert(QStringLiteral("dir"), dir);
-    args.insert(QStringLiteral("target_device"), targetDevice);
-    args.insert(QStringLiteral("LANG"), language);
-    args.insert(QStringLiteral("lanes"), lanes.join(QLatin1Char(',')));
+    writeTo(args);
     for (auto it = clocks.cbegin(); it != clocks.cend(); ++it) {
         args.insert(QString(it.key() + QStringLiteral("_pll")), it->pll);
         args.insert(QString(it.key() + QStringLiteral("_reference")), it->reference);
@@ -125,21 +109,18 @@ QStringList CustomPhySettings::quads() const
     return found;
 }
 
+CustomPhySettings::QuadClock CustomPhySettings::clockOf(const QString &label) const
+{
+    return clocks.value(samples::quadOfLane(samples::laneModelName(label)));
+}
+
 QList<samples::LaneRow> CustomPhySettings::rows() const
 {
     QList<samples::LaneRow> rows;
     for (const QString &label : lanes) {
-        const QString lane = samples::laneModelName(label);
-        const QuadClock clock = clocks.value(samples::quadOfLane(lane));
-        samples::LaneRow row;
-        row.lane = lane;
-        row.pll = samples::pllModelName(lane, clock.pll);
-        row.reference = clock.reference;
-        row.refFreq = clock.refFreq;
-        row.txRate = txRate;
-        row.rxRate = rxRate;
-        row.referenceMux = referenceMux;
-        rows << row;
+        const QuadClock clock = clockOf(label);
+        rows << samples::laneRow(label, clock.pll, clock.reference, clock.refFreq, txRate, rxRate,
+                                 referenceMux);
     }
     return rows;
 }
@@ -148,9 +129,9 @@ QList<samples::LaneModule::Lane> CustomPhySettings::moduleLanes() const
 {
     QList<samples::LaneModule::Lane> list;
     for (const QString &label : lanes) {
-        const QString lane = samples::laneModelName(label);
-        const QuadClock clock = clocks.value(samples::quadOfLane(lane));
-        list << samples::LaneModule::Lane{lane, clock.pll, clock.reference};
+        const QuadClock clock = clockOf(label);
+        list << samples::LaneModule::Lane{samples::laneModelName(label), clock.pll,
+                                          clock.reference};
     }
     return list;
 }
@@ -178,11 +159,7 @@ QStringList CustomPhySettings::problems(samples::Tier tier) const
     QStringList found;
     if (lanes.isEmpty())
         found << QStringLiteral("No lane is selected.");
-    QStringList known;
-    for (const QString &quad : samples::quadsOf(tier)) {
-        for (int i = 0; i < 4; ++i)
-            known << QStringLiteral("%1 Lane%2").arg(quad).arg(i);
-    }
+    const QStringList known = samples::laneLabels(tier);
     const QStringList references = samples::referencePins(tier) + samples::fabricReferences(tier);
     for (const QString &lane : lanes) {
         if (!known.contains(lane))

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "../common/devicetier.h"
+#include "../common/instancesettings.h"
 #include "../common/lanemodule.h"
 #include "../common/laneplacement.h"
 
@@ -15,14 +16,13 @@
 // instance's parameter map, which is all that survives in a configuration
 // file, so that a reopened file gives the same request and the same outputs.
 //
-// Keys of the map: "name", "module", "file", "dir" (the instance's directory),
-// "target_device", "LANG"; "lanes" ("Q0 Lane0,Q0 Lane1"); per quad with lanes
-// "<quad>_pll" ("CPLL", "QPLL0", "QPLL1"), "<quad>_reference" (option string)
-// and "<quad>_refFreq" (MHz); "txRate", "rxRate" (Gbps); "width" (PMA bits);
-// "encoding" ("off", "8b10b", "64b66b", "64b67b"); "wordAlign",
+// Keys of the map besides those of samples::InstanceSettings: per quad with
+// lanes "<quad>_pll" ("CPLL", "QPLL0", "QPLL1"), "<quad>_reference" (option
+// string) and "<quad>_refFreq" (MHz); "txRate", "rxRate" (Gbps); "width" (PMA
+// bits); "encoding" ("off", "8b10b", "64b66b", "64b67b"); "wordAlign",
 // "alignPattern"; "txPolarityInvert", "rxPolarityInvert"; "loopback" (the
 // tables' value, "off", "lb_nes", ...); "referenceMux" ("" or "REFMUX1").
-struct CustomPhySettings
+struct CustomPhySettings : samples::InstanceSettings
 {
     struct QuadClock
     {
@@ -36,6 +36,8 @@ struct CustomPhySettings
 
     // The quads that have a lane of the instance.
     QStringList quads() const;
+    // The clocking of the quad of a lane shown as `label`.
+    QuadClock clockOf(const QString &label) const;
     QList<samples::LaneRow> rows() const;
     QList<samples::LaneModule::Lane> moduleLanes() const;
     // Protocol parameter lines in the tables' vocabulary of `tier`.
@@ -47,13 +49,6 @@ struct CustomPhySettings
     int dataWidth() const;
     int ctrlWidth() const;
 
-    QString name;
-    QString module;
-    QString file;
-    QString dir;
-    QString targetDevice;
-    int language = 0;
-    QStringList lanes;
     QMap<QString, QuadClock> clocks;
     double txRate = 2.5;
     double rxRate = 2.5;

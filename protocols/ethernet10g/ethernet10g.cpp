@@ -4,12 +4,16 @@
 #include "../common/devicetier.h"
 #include "../common/lanemodule.h"
 #include "../common/laneplacement.h"
+#include "../common/samplepackage.h"
 #include "ethernet10gdlg.h"
 #include "ethernet10gsettings.h"
 
 #include <protocol/message.h>
 
-#include <QDebug>
+IPSERDESIP::BaseProtocol *samples::makeProtocol(const QString &path)
+{
+    return new Ethernet10g(path);
+}
 
 Ethernet10g::Ethernet10g(const QString &path)
     : m_path(path)
@@ -18,20 +22,13 @@ Ethernet10g::Ethernet10g(const QString &path)
 QMap<QString, QVariant> Ethernet10g::create(const QString &createPath, const DEV::DeviceArg &device)
 {
     Ethernet10gDlg dialog(samples::tierOf(device.family));
-    dialog.uiSetDefaultFileName(QStringLiteral("eth10g"));
-    dialog.uiSetModuleName(QStringLiteral("eth10g"));
-    dialog.setCreating(createPath, device);
-    if (dialog.exec() != QDialog::Accepted)
-        return {};
-    return dialog.args();
+    return dialog.runCreating(QStringLiteral("eth10g"), createPath, device);
 }
 
 QMap<QString, QVariant> Ethernet10g::edit(const QMap<QString, QVariant> &args)
 {
     Ethernet10gDlg dialog(samples::tierOfInstance(args, device));
-    if (!dialog.setOpening(args) || dialog.exec() != QDialog::Accepted)
-        return {};
-    return dialog.args();
+    return dialog.runOpening(args);
 }
 
 IPSERDESIP::Message *Ethernet10g::createMessage(const QMap<QString, QVariant> &args)
@@ -46,12 +43,8 @@ bool Ethernet10g::generate(const QMap<QString, QVariant> &args, QStringList &ini
 {
     Q_UNUSED(csrLines)
     const Ethernet10gSettings s = Ethernet10gSettings::fromMap(args);
-    const QStringList problems = s.problems(samples::tierOfInstance(args, device));
-    if (!problems.isEmpty()) {
-        for (const QString &problem : problems)
-            qCritical().noquote() << "10GBASE-R" << s.name << ':' << problem;
+    if (!samples::reportProblems(name(), s.name, s.problems(samples::tierOfInstance(args, device))))
         return false;
-    }
     iniLines << s.iniLines();
     if (!fullRun)
         return true;
@@ -65,14 +58,8 @@ bool Ethernet10g::generate(const QMap<QString, QVariant> &args, QStringList &ini
         QStringLiteral("Lanes: %1; 10.3125 Gbps on %2 from %3 at 156.25 MHz; 64b/66b coding%4.")
             .arg(s.lanes.join(QStringLiteral(", ")), s.pll, s.reference,
                  s.drp ? QStringLiteral("; register access through the Upar arbiter") : QString())};
-    outputFile = QString(samples::instanceDirectory(args) + QLatin1Char('/') + s.file
-                         + QStringLiteral(".v"));
-    QString error;
-    if (!samples::writeTextFile(outputFile, module.verilog(about), error)) {
-        qCritical().noquote() << error;
+    if (!samples::writeInstanceModule(module, about, args, s.file, outputFile, modArgs))
         return false;
-    }
-    modArgs << module.portLines();
     if (s.drp)
         modArgs << QString(QLatin1Char('-') + s.module + QStringLiteral("EnableDRP true"));
     return true;

@@ -7,8 +7,6 @@
 
 #include <model/serdes.h>
 
-#include <QMessageBox>
-
 namespace {
 
 const char TITLE[] = "10GBASE-R";
@@ -21,7 +19,7 @@ QString pllText(const QString &quad, const QString &pll)
 } // namespace
 
 Ethernet10gDlg::Ethernet10gDlg(samples::Tier tier, QWidget *parent)
-    : protocolGenDlg(parent)
+    : SampleDlg(parent)
     , m_ui(new Ui_Ethernet10gOptions)
     , m_tier(tier)
 {
@@ -74,11 +72,7 @@ bool Ethernet10gDlg::restoreArgs(const QMap<QString, QVariant> &args)
     m_ui->checkDrp->setChecked(s.drp);
     onPllChanged();
     updateFigure();
-    for (const QString &lane : s.lanes) {
-        if (!free.contains(lane))
-            return false;
-    }
-    return !s.lanes.isEmpty();
+    return samples::lanesStillFree(s.lanes, free);
 }
 
 // A QPLL of the quad that runs 10GBASE-R already, else a free one; a
@@ -148,13 +142,7 @@ void Ethernet10gDlg::updateFigure()
 Ethernet10gSettings Ethernet10gDlg::settings() const
 {
     Ethernet10gSettings s;
-    s.name = moduleName();
-    s.module = moduleName();
-    s.file = fileName();
-    s.dir = createPath();
-    s.targetDevice = m_device.id;
-    s.language = uiLanguageIndex();
-    s.lanes = samples::checkedLanes(m_ui->listLanes);
+    samples::readFrame(s, *this, m_ui->listLanes);
     s.pll = m_ui->comboPll->currentText();
     s.reference = m_ui->comboReference->currentText();
     s.drp = m_ui->checkDrp->isChecked();
@@ -166,33 +154,8 @@ QMap<QString, QVariant> Ethernet10gDlg::args() const
     return settings().toMap();
 }
 
-void Ethernet10gDlg::accept()
+bool Ethernet10gDlg::confirm()
 {
-    const QStringList empty = checkFileOptions();
-    if (!empty.isEmpty()) {
-        showErrorMsg(empty);
-        return;
-    }
-    if (!checkModuleName())
-        return;
-    IPSERDESIP::serdes *model = IPSERDESIP::serdes::instance();
-    QStringList problems;
-    if (model->moduleNames.contains(moduleName()))
-        problems << QStringLiteral("Another instance is named \"%1\".").arg(moduleName());
-    if (model->fileNames.contains(fileName()))
-        problems << QStringLiteral("Another instance writes the file \"%1\".").arg(fileName());
     const Ethernet10gSettings s = settings();
-    problems << s.problems(m_tier);
-    if (!problems.isEmpty()) {
-        QMessageBox::warning(this, QLatin1String(TITLE), problems.join(QLatin1Char('\n')));
-        return;
-    }
-    QString why;
-    if (!samples::provePlacement(s.rows(), why)) {
-        QMessageBox::warning(this, QLatin1String(TITLE), why);
-        return;
-    }
-    if (!checkFileExisting())
-        return;
-    QDialog::accept();
+    return samples::confirmLanes(this, QLatin1String(TITLE), s.problems(m_tier), s.rows());
 }

@@ -2,16 +2,15 @@
 #pragma once
 
 #include "../common/devicetier.h"
+#include "../common/sampledlg.h"
 #include "ethernet10gsettings.h"
-
-#include <protocol/protocolgendlg.h>
 
 class Ui_Ethernet10gOptions;
 
 // The 10GBASE-R dialog: the lanes, the QPLL and the reference pin. A QPLL
 // that another instance runs at 10.3125 Gbps from 156.25 MHz is proposed
 // first, so that instances on one quad share it.
-class Ethernet10gDlg : public IPSERDESIP::protocolGenDlg
+class Ethernet10gDlg : public samples::SampleDlg
 {
     Q_OBJECT
 
@@ -21,10 +20,10 @@ public:
 
     void dialogDidPrepare() override;
     bool restoreArgs(const QMap<QString, QVariant> &args) override;
-    QMap<QString, QVariant> args() const;
+    QMap<QString, QVariant> args() const override;
 
-public slots:
-    void accept() override;
+protected:
+    bool confirm() override;
 
 private:
     Ethernet10gSettings settings() const;

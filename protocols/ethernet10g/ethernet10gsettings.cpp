@@ -9,17 +9,7 @@ bool ethernet10gRunsOn(samples::Tier tier)
 Ethernet10gSettings Ethernet10gSettings::fromMap(const QMap<QString, QVariant> &args)
 {
     Ethernet10gSettings s;
-    s.name = args.value(QStringLiteral("name")).toString();
-    s.module = args.value(QStringLiteral("module")).toString();
-    s.file = args.value(QStringLiteral("file")).toString();
-    s.dir = args.value(QStringLiteral("dir")).toString();
-    s.targetDevice = args.value(QStringLiteral("target_device")).toString();
-    s.language = args.value(QStringLiteral("LANG"), 0).toInt();
-    // A configuration file may give the list back as one text or as a list.
-    const QString lanes = args.value(QStringLiteral("lanes")).toStringList().join(QLatin1Char(','));
-    s.lanes = lanes.split(QLatin1Char(','), Qt::SkipEmptyParts);
-    for (QString &lane : s.lanes)
-        lane = lane.trimmed();
+    s.readFrom(args);
     s.pll = args.value(QStringLiteral("pll"), s.pll).toString();
     s.reference = args.value(QStringLiteral("reference")).toString();
     s.drp = args.value(QStringLiteral("drp")).toBool();
@@ -29,13 +19,7 @@ Ethernet10gSettings Ethernet10gSettings::fromMap(const QMap<QString, QVariant> &
 QMap<QString, QVariant> Ethernet10gSettings::toMap() const
 {
     QMap<QString, QVariant> args;
-    args.insert(QStringLiteral("name"), name);
-    args.insert(QStringLiteral("module"), module);
-    args.insert(QStringLiteral("file"), file);
-    args.insert(QStringLiteral("dir"), dir);
-    args.insert(QStringLiteral("target_device"), targetDevice);
-    args.insert(QStringLiteral("LANG"), language);
-    args.insert(QStringLiteral("lanes"), lanes.join(QLatin1Char(',')));
+    writeTo(args);
     args.insert(QStringLiteral("pll"), pll);
     args.insert(QStringLiteral("reference"), reference);
     args.insert(QStringLiteral("drp"), drp);
@@ -50,16 +34,8 @@ QString Ethernet10gSettings::quad() const
 QList<samples::LaneRow> Ethernet10gSettings::rows() const
 {
     QList<samples::LaneRow> rows;
-    for (const QString &label : lanes) {
-        samples::LaneRow row;
-        row.lane = samples::laneModelName(label);
-        row.pll = samples::pllModelName(row.lane, pll);
-        row.reference = reference;
-        row.refFreq = REF_FREQ;
-        row.txRate = LINE_RATE;
-        row.rxRate = LINE_RATE;
-        rows << row;
-    }
+    for (const QString &label : lanes)
+        rows << samples::laneRow(label, pll, reference, REF_FREQ, LINE_RATE, LINE_RATE);
     return rows;
 }
 
@@ -106,11 +82,7 @@ QStringList Ethernet10gSettings::problems(samples::Tier tier) const
     if (lanes.isEmpty() || lanes.size() > MAX_LANES)
         found << QStringLiteral("10GBASE-R takes one to four lanes; %1 are selected.")
                      .arg(lanes.size());
-    QStringList known;
-    for (const QString &q : samples::quadsOf(tier)) {
-        for (int i = 0; i < 4; ++i)
-            known << QStringLiteral("%1 Lane%2").arg(q).arg(i);
-    }
+    const QStringList known = samples::laneLabels(tier);
     for (const QString &lane : lanes) {
         if (!known.contains(lane))
             found << QStringLiteral("The device has no lane \"%1\".").arg(lane);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "../common/devicetier.h"
+#include "../common/instancesettings.h"
 #include "../common/lanemodule.h"
 #include "../common/laneplacement.h"
 
@@ -14,11 +15,10 @@
 // that quad at 10.3125 Gbps from a 156.25 MHz reference, with the device's
 // 64b/66b coding and 10GBASE-R decoding.
 //
-// Keys of the parameter map: "name", "module", "file", "dir" (the instance's
-// directory), "target_device", "LANG"; "lanes" ("Q0 Lane0,Q0 Lane1"); "pll"
+// Keys of the parameter map besides those of samples::InstanceSettings: "pll"
 // ("QPLL0" or "QPLL1"); "reference" (option string); "drp" (true asks for a
 // port on the Upar arbiter).
-struct Ethernet10gSettings
+struct Ethernet10gSettings : samples::InstanceSettings
 {
     static constexpr double LINE_RATE = 10.3125; // Gbps
     static constexpr double REF_FREQ = 156.25;   // MHz
@@ -38,13 +38,6 @@ struct Ethernet10gSettings
     // What keeps the settings from being generated on `tier`; empty if none.
     QStringList problems(samples::Tier tier) const;
 
-    QString name;
-    QString module;
-    QString file;
-    QString dir;
-    QString targetDevice;
-    int language = 0;
-    QStringList lanes;
     QString pll = QStringLiteral("QPLL0");
     QString reference;
     bool drp = false;

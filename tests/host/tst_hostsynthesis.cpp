@@ -13,11 +13,10 @@
 #include <QDir>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
-
-#include <memory>
 
 using Tool = IPCore::SynthesisHelper::SynthesizeTool;
 Q_DECLARE_METATYPE(Tool)
@@ -68,31 +67,18 @@ IPCore::SynthesizeArgs arbiterArgs(const QString &tempDir, int requesters)
     return args;
 }
 
-// A stand-in for yosys beside this program while it lives. The helper looks
-// there before PATH, so only this test program is affected. $NETLIST is where
-// the script asks for the netlist; a body with an interpreter line of its own
-// is the whole program.
-class YosysDouble
+// Places a stand-in for yosys beside this program, where the helper looks
+// before PATH. $NETLIST is where the script asks for the netlist; a body with
+// an interpreter line of its own is the whole program.
+bool placeYosys(const QByteArray &body)
 {
-public:
-    explicit YosysDouble(const QByteArray &body)
-        : m_path(QCoreApplication::applicationDirPath() + "/yosys")
-    {
-        const QByteArray prologue
-            = "#!/bin/sh\nfor a; do script=$a; done\n"
-              "NETLIST=$(sed -n 's/^write_verilog -noattr \"\\(.*\\)\"$/\\1/p' "
-              "\"$script\")\n";
-        m_ok = writeFile(m_path, body.startsWith("#!") ? body : prologue + body)
-               && QFile::setPermissions(m_path,
-                                        QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    }
-    ~YosysDouble() { QFile::remove(m_path); }
-    bool isValid() const { return m_ok; }
-
-private:
-    QString m_path;
-    bool m_ok = false;
-};
+    const QString path = QCoreApplication::applicationDirPath() + "/yosys";
+    const QByteArray prologue = "#!/bin/sh\nfor a; do script=$a; done\n"
+                                "NETLIST=$(sed -n 's/^write_verilog -noattr \"\\(.*\\)\"$/\\1/p' "
+                                "\"$script\")\n";
+    return writeFile(path, body.startsWith("#!") ? body : prologue + body)
+           && QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
 
 // Runs the helper to its end, pressing Cancel of its progress dialog first if
 // asked; false when finished() did not come once, from the event loop.
@@ -119,10 +105,8 @@ class tst_HostSynthesis : public QObject
 
 private slots:
     void initTestCase();
-    void arbiter_data();
-    void arbiter();
-    void failedRuns_data();
-    void failedRuns();
+    void runs_data();
+    void runs();
     void decodeFailures_data();
     void decodeFailures();
     void projectFiles();
@@ -136,42 +120,113 @@ void tst_HostSynthesis::initTestCase()
              "a yosys double was left beside the test program");
 }
 
-void tst_HostSynthesis::arbiter_data()
+// Runs of yosys itself with each tool's layout, and of doubles that fail in
+// each way the helper tells apart.
+void tst_HostSynthesis::runs_data()
 {
     QTest::addColumn<Tool>("tool");
-    QTest::addColumn<int>("requesters");
-    QTest::addColumn<QString>("netlist");
+    QTest::addColumn<QByteArray>("program"); // the double's script; "" none at all, null yosys
+    QTest::addColumn<QString>("change");     // "vhdl" (and a source missing), or "cancel"
+    QTest::addColumn<QStringList>("errors"); // %1 the run's directory, %2 this program's
 
-    QTest::newRow("own tool, 4 requesters")
-        << IPCore::SynthesisHelper::TarvexSynthesis << 4 << "upar_arbiter.vg";
+    const Tool own = IPCore::SynthesisHelper::TarvexSynthesis;
+    QTest::newRow("own tool, 4 requesters") << own << QByteArray() << QString() << QStringList();
     QTest::newRow("implementation directory, 8 requesters")
-        << IPCore::SynthesisHelper::SynplifyPro << 8 << "rev_1/upar_arbiter.vm";
+        << IPCore::SynthesisHelper::SynplifyPro << QByteArray() << QString() << QStringList();
+    QTest::newRow("fails with a message")
+        << own
+        << QByteArray("echo 'reading sources' >&2\n"
+                      "echo \"ERROR: Can't open include file 'define.vh'\" >&2\nexit 1\n")
+        << QString()
+        << QStringList{"yosys ended with exit code 1.",
+                       "ERROR: Can't open include file 'define.vh'"};
+    QTest::newRow("fails without an error line")
+        << own << QByteArray("echo 'out of memory' >&2\nexit 3\n") << QString()
+        << QStringList{"yosys ended with exit code 3.", "out of memory"};
+    QTest::newRow("writes no netlist")
+        << own << QByteArray("exit 0\n") << QString()
+        << QStringList{"yosys wrote no netlist \"%1/upar_arbiter.vg\"."};
+    QTest::newRow("netlist of another module")
+        << own << QByteArray("echo 'module other (a); input a; endmodule' > \"$NETLIST\"\n")
+        << QString()
+        << QStringList{"The netlist \"%1/upar_arbiter.vg\" has no module " + TOP + "."};
+    QTest::newRow("cannot be started")
+        << own << QByteArray("#!/nonexistent/interpreter\n") << QString()
+        << QStringList{
+               "yosys at \"%2/yosys\" could not be started: execvp: No such file or directory"};
+    QTest::newRow("no program") << own << QByteArray("") << QString()
+                                << QStringList{"The synthesis program yosys not found: neither "
+                                               "beside the application in \"%2\" nor on PATH."};
+    QTest::newRow("VHDL and a missing source")
+        << own << QByteArray("exit 0\n") << "vhdl"
+        << QStringList{"The source file \"%1/gone.v\" does not exist.",
+                       "yosys writes no VHDL netlist; generate the core in Verilog."};
+    QTest::newRow("canceled") << own << QByteArray("exec sleep 60\n") << "cancel"
+                              << QStringList{"The synthesis was canceled."};
 }
 
-void tst_HostSynthesis::arbiter()
+void tst_HostSynthesis::runs()
 {
     QFETCH(Tool, tool);
-    QFETCH(int, requesters);
-    QFETCH(QString, netlist);
+    QFETCH(QByteArray, program);
+    QFETCH(QString, change);
+    QFETCH(QStringList, errors);
 
     QTemporaryDir dir;
     const QString temp = dir.filePath("core dir/temp/Upar_Arbiter"); // a blank on the way
     QVERIFY(QDir().mkpath(temp));
-    IPCore::SynthesisHelper helper;
-    helper.setSynthesizeTool(tool);
-    helper.setArgs(arbiterArgs(temp, requesters));
-    QVERIFY(run(helper));
-    QCOMPARE(helper.errorList, QStringList());
-    QCOMPARE(helper.resultCode, 0);
-    QCOMPARE(helper.messageTitle, QString());
+    const bool synplify = tool == IPCore::SynthesisHelper::SynplifyPro;
+    const int requesters = synplify ? 8 : 4;
+    IPCore::SynthesizeArgs args = arbiterArgs(temp, requesters);
+    // What an earlier run left must not pass for this run's netlist.
+    QVERIFY(writeFile(temp + "/upar_arbiter.vg", "module stale; endmodule\n"));
+    if (change == "vhdl") {
+        args.options.insert("write_vhdl", true);
+        args.options.insert("source_files", QStringList{temp + "/gone.v"});
+    }
+    const QByteArray path = qgetenv("PATH");
+    const auto restore = qScopeGuard([path] {
+        QFile::remove(QCoreApplication::applicationDirPath() + "/yosys");
+        qputenv("PATH", path);
+    });
+    if (!program.isNull() && program.isEmpty())
+        qputenv("PATH", dir.path().toUtf8());
+    else if (!program.isNull())
+        QVERIFY(placeYosys(program));
 
+    QWidget page;
+    auto *helper = new IPCore::SynthesisHelper(&page);
+    helper->setSynthesizeTool(tool);
+    helper->setProgressDlgWindowTitle("SerDes Upar Arbiter");
+    helper->showProgressDlg();
+    helper->setArgs(args);
+    auto *progress = page.findChild<QProgressDialog *>("synthesisProgress");
+    QVERIFY(progress && progress->isVisible());
+    QCOMPARE(progress->windowTitle(), QStringLiteral("SerDes Upar Arbiter"));
+    QVERIFY(run(*helper, change == "cancel" ? &page : nullptr));
+    // Named once the run is under way.
+    if (change == "cancel")
+        QCOMPARE(progress->labelText(), QStringLiteral("Synthesizing %1...").arg(TOP));
+
+    for (QString &error : errors)
+        error.replace("%1", temp).replace("%2", QCoreApplication::applicationDirPath());
+    QCOMPARE(helper->errorList, errors);
+    QCOMPARE(helper->resultCode, errors.isEmpty() ? 0 : 1);
+    QCOMPARE(helper->messageTitle,
+             errors.isEmpty() ? QString() : QString("The synthesis of %1 failed.").arg(TOP));
+    const QString tmpl = temp + "/upar_arbiter_tmp.v";
+    QCOMPARE(QFile::exists(tmpl), errors.isEmpty());
+    if (!errors.isEmpty())
+        return;
+
+    const QString netlist = synplify ? "rev_1/upar_arbiter.vm" : "upar_arbiter.vg";
     const QString netlistPath = temp + "/" + netlist;
     const QStringList lines = QString::fromUtf8(readAll(netlistPath)).split('\n');
     QCOMPARE(lines.value(0), DEVICE_LINE);
     QVERIFY(lines.contains("module \\~upar_arbiter_wrap.mycore (upar_clk, upar_rst, drp_req, "
                            "drp_wr, drp_addr, drp_wdata, drp_grant, drp_ready, drp_rdata, upar_wr, "
                            "upar_rd, upar_addr, upar_wdata, upar_rdata, upar_ready);"));
-    QCOMPARE(QString::fromUtf8(readAll(temp + "/upar_arbiter_tmp.v")),
+    QCOMPARE(QString::fromUtf8(readAll(tmpl)),
              QString("// Instantiation template of \\~upar_arbiter_wrap.mycore, made with its "
                      "netlist %1.\n"
                      "\\~upar_arbiter_wrap.mycore u_upar_arbiter (\n"
@@ -209,87 +264,6 @@ void tst_HostSynthesis::arbiter()
                               + banner.mid(3, banner.size() - 6)
                               + "); changes are lost when the core is generated again.",
                           "", lines.value(3)}));
-}
-
-void tst_HostSynthesis::failedRuns_data()
-{
-    QTest::addColumn<QByteArray>("program"); // the double's script; empty for none at all
-    QTest::addColumn<bool>("vhdl");          // VHDL asked for, and a source missing
-    QTest::addColumn<bool>("cancel");
-    QTest::addColumn<QStringList>("errors"); // %1 the run's directory, %2 this program's
-
-    QTest::newRow("fails with a message")
-        << QByteArray("echo 'reading sources' >&2\n"
-                      "echo \"ERROR: Can't open include file 'define.vh'\" >&2\nexit 1\n")
-        << false << false
-        << QStringList{"yosys ended with exit code 1.",
-                       "ERROR: Can't open include file 'define.vh'"};
-    QTest::newRow("fails without an error line")
-        << QByteArray("echo 'out of memory' >&2\nexit 3\n") << false << false
-        << QStringList{"yosys ended with exit code 3.", "out of memory"};
-    QTest::newRow("writes no netlist")
-        << QByteArray("exit 0\n") << false << false
-        << QStringList{"yosys wrote no netlist \"%1/upar_arbiter.vg\"."};
-    QTest::newRow("netlist of another module")
-        << QByteArray("echo 'module other (a); input a; endmodule' > \"$NETLIST\"\n") << false
-        << false << QStringList{"The netlist \"%1/upar_arbiter.vg\" has no module " + TOP + "."};
-    QTest::newRow("cannot be started")
-        << QByteArray("#!/nonexistent/interpreter\n") << false << false
-        << QStringList{
-               "yosys at \"%2/yosys\" could not be started: execvp: No such file or directory"};
-    QTest::newRow("no program") << QByteArray() << false << false
-                                << QStringList{"The synthesis program yosys not found: neither "
-                                               "beside the application in \"%2\" nor on PATH."};
-    QTest::newRow("VHDL and a missing source")
-        << QByteArray("exit 0\n") << true << false
-        << QStringList{"The source file \"%1/gone.v\" does not exist.",
-                       "yosys writes no VHDL netlist; generate the core in Verilog."};
-    QTest::newRow("canceled") << QByteArray("exec sleep 60\n") << false << true
-                              << QStringList{"The synthesis was canceled."};
-}
-
-void tst_HostSynthesis::failedRuns()
-{
-    QFETCH(QByteArray, program);
-    QFETCH(bool, vhdl);
-    QFETCH(bool, cancel);
-    QFETCH(QStringList, errors);
-
-    QTemporaryDir dir;
-    IPCore::SynthesizeArgs args = arbiterArgs(dir.path(), 4);
-    // What an earlier run left must not pass for this run's netlist.
-    QVERIFY(writeFile(dir.filePath("upar_arbiter.vg"), "module stale; endmodule\n"));
-    if (vhdl) {
-        args.options.insert("write_vhdl", true);
-        args.options.insert("source_files", QStringList{dir.filePath("gone.v")});
-    }
-    std::unique_ptr<YosysDouble> yosys;
-    const QByteArray path = qgetenv("PATH");
-    if (program.isEmpty())
-        qputenv("PATH", dir.path().toUtf8());
-    else
-        yosys.reset(new YosysDouble(program));
-    QVERIFY(!yosys || yosys->isValid());
-
-    QWidget page;
-    auto *helper = new IPCore::SynthesisHelper(&page);
-    helper->setProgressDlgWindowTitle("SerDes Upar Arbiter");
-    helper->showProgressDlg();
-    helper->setArgs(args);
-    auto *progress = page.findChild<QProgressDialog *>("synthesisProgress");
-    QVERIFY(progress && progress->isVisible());
-    QCOMPARE(progress->windowTitle(), QStringLiteral("SerDes Upar Arbiter"));
-    QCOMPARE(progress->labelText(), QStringLiteral("Synthesizing %1...").arg(TOP));
-    const bool ended = run(*helper, cancel ? &page : nullptr);
-    qputenv("PATH", path);
-    QVERIFY(ended);
-
-    QCOMPARE(helper->resultCode, 1);
-    for (QString &error : errors)
-        error.replace("%1", dir.path()).replace("%2", QCoreApplication::applicationDirPath());
-    QCOMPARE(helper->errorList, errors);
-    QCOMPARE(helper->messageTitle, QStringLiteral("The synthesis of %1 failed.").arg(TOP));
-    QVERIFY(!QFile::exists(dir.filePath("upar_arbiter_tmp.v")));
 }
 
 void tst_HostSynthesis::decodeFailures_data()

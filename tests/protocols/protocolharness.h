@@ -137,7 +137,8 @@ namespace driver {
 //   "key==value"   reads a key and expects the value;
 //   "key"          reads a key only, for the test to use.
 // Keys are a widget's name, with "#count" (items offered), "#items" (their
-// values), "?visible" or "?enabled".
+// values), "?visible" or "?enabled". An entry may join keys, with their
+// values, or steps by "|".
 
 inline void apply(QWidget *dialog, const QString &step)
 {
@@ -249,11 +250,15 @@ inline void play(QDialog *dialog, const QStringList &script, Run &run)
         const int split = entry.indexOf(QLatin1String("=="));
         if (split >= 0 || !entry.contains(QLatin1Char('='))) {
             const QString key = split >= 0 ? entry.left(split) : entry;
-            const QString value = read(dialog, key);
+            QStringList values;
+            for (const QString &one : key.split(QLatin1Char('|')))
+                values << read(dialog, one);
+            const QString value = values.join(QLatin1Char('|'));
             run.seen << key + QLatin1Char('=') + value;
             run.wanted << key + QLatin1Char('=') + (split >= 0 ? entry.mid(split + 2) : value);
         } else {
-            apply(dialog, entry);
+            for (const QString &step : entry.split(QLatin1Char('|')))
+                apply(dialog, step);
         }
     }
     dialog->findChild<QDialogButtonBox *>(QStringLiteral("buttonBox"))

@@ -21,14 +21,6 @@ Args instance(const QString &module, const QStringList &lanes, const QString &pl
             {"pll", pll},     {"ref_clock", ref}, {"ref_freq", freq}, {"rx_rate", rate}};
 }
 
-QVariantList held(std::initializer_list<Args> maps)
-{
-    QVariantList list;
-    for (const Args &map : maps)
-        list << QVariant(map);
-    return list;
-}
-
 } // namespace
 
 class tst_Bcdr : public QObject
@@ -102,15 +94,11 @@ void tst_Bcdr::dialog_data()
                        "laneGrid==Q0 Lane0",
                        "comboRefClk#items==Q0 REFCLK0,Q0 REFCLK1,Q1 REFCLK0,Q1 REFCLK1",
                        "comboPll#items==CPLL,QPLL0",
-                       "comboRefClk==Q0 REFCLK0",
-                       "editRefFreq==125",
-                       "editRxRate==1.25",
-                       "editModuleName==bcdr",
-                       "editFileName==bcdr",
+                       "comboRefClk|editRefFreq|editRxRate|editModuleName|editFileName"
+                       "==Q0 REFCLK0|125|1.25|bcdr|bcdr",
                        "comboWidth#items==20,10",
                        "comboEncoding=none",
-                       "comboWidth#items==20,16,10,8",
-                       "checkWordAlign?enabled==false"}
+                       "comboWidth#items|checkWordAlign?enabled==20,16,10,8|false"}
         << "bcdr" << QString();
     QTest::newRow("370k offers")
         << DEVICE_370K << QVariantList()
@@ -132,27 +120,29 @@ void tst_Bcdr::dialog_data()
                             "lanes can share it only as it runs.";
     QTest::newRow("880k beside a running QPLL0")
         << DEVICE_880K
-        << held({instance("bcdr", {"Q0_LANE0"}, "QPLL0", "Q0 REFCLK1", "156.25", "2.5")})
+        << QVariantList({instance("bcdr", {"Q0_LANE0"}, "QPLL0", "Q0 REFCLK1", "156.25", "2.5")})
         << QStringList{"laneGrid#items==Q0 Lane1,Q0 Lane2,Q0 Lane3," + quad1,
-                       "lane_Q0_LANE0?enabled==false", "editModuleName==bcdr_1st",
-                       "editFileName==bcdr_1", "comboPll=QPLL0", "comboRefClk==Q0 REFCLK1",
-                       "editRefFreq==156.25", "editRxRate==2.5", running.arg("Q0 REFCLK1"),
-                       "figure==refclk_p,refclk_n," + ports,
+                       "lane_Q0_LANE0?enabled|editModuleName|editFileName==false|bcdr_1st|bcdr_1",
+                       "comboPll=QPLL0",
+                       "comboRefClk|editRefFreq|editRxRate==Q0 REFCLK1|156.25|2.5",
+                       running.arg("Q0 REFCLK1"), "figure==refclk_p,refclk_n," + ports,
                        // On its own CPLL the lane still meets the clock in use.
-                       "comboPll=CPLL", "editRefFreq=100", "comboRefClk=Q0 REFCLK0",
-                       "comboRefClk=Q0 REFCLK1", "editRefFreq==156.25",
+                       "comboPll=CPLL|editRefFreq=100|comboRefClk=Q0 REFCLK0|comboRefClk=Q0 "
+                       "REFCLK1",
+                       "editRefFreq==156.25",
                        "labelClockNote==Q0 REFCLK1 already runs at 156.25 MHz for another "
                        "instance, and a reference clock input has one frequency."}
         << "bcdr_1st" << QString();
     QTest::newRow("90k beside a running QPLL0")
-        << DEVICE_90K << held({instance("bcdr", {"Q0_LANE0"}, "QPLL0", "MCLK", "156.25", "2.5")})
+        << DEVICE_90K
+        << QVariantList({instance("bcdr", {"Q0_LANE0"}, "QPLL0", "MCLK", "156.25", "2.5")})
         << QStringList{"comboPll=QPLL0", "comboRefClk==MCLK", running.arg("MCLK"),
                        "figure==refclk," + ports}
         << "bcdr_1st" << QString();
     QTest::newRow("no free lane")
         << DEVICE_90K
-        << held({instance("all", {"Q0_LANE0", "Q0_LANE1", "Q0_LANE2", "Q0_LANE3"}, "CPLL",
-                          "Q0 REFCLK0")})
+        << QVariantList({instance("all", {"Q0_LANE0", "Q0_LANE1", "Q0_LANE2", "Q0_LANE3"}, "CPLL",
+                                  "Q0 REFCLK0")})
         << QStringList{"laneGrid#items==", "lane_Q0_LANE3?enabled==false",
                        "tabOptions?enabled==false",
                        "labelLanes==No lane of this device is free: other instances hold them "
@@ -168,21 +158,21 @@ void tst_Bcdr::dialog_data()
         << DEVICE_90K << QVariantList() << QStringList{"editRxRate=13"} << QString()
         << "The RX line rate must be a number from 0.5 to 12.5 Gbps.";
     QTest::newRow("module name taken")
-        << DEVICE_880K << held({instance("rx", {"Q1_LANE0"}, "CPLL", "Q1 REFCLK0")})
+        << DEVICE_880K << QVariantList({instance("rx", {"Q1_LANE0"}, "CPLL", "Q1 REFCLK0")})
         << QStringList{"editModuleName=rx"} << QString()
         << "Another instance already has the module name \"rx\".";
     QTest::newRow("reference clock at another frequency")
-        << DEVICE_90K << held({instance("a", {"Q0_LANE0"}, "CPLL", "MCLK", "100")})
+        << DEVICE_90K << QVariantList({instance("a", {"Q0_LANE0"}, "CPLL", "MCLK", "100")})
         << QStringList{"laneGrid=Q0 Lane1", "comboRefClk=MCLK", "editRefFreq=125"} << QString()
         << "MCLK already runs at 100 MHz for another instance, and a reference clock input has "
            "one frequency. Use 100 MHz, or another reference clock.";
     QTest::newRow("shared QPLL0 from another reference clock")
-        << DEVICE_880K << held({instance("a", {"Q0_LANE0"}, "QPLL0", "Q0 REFCLK0")})
+        << DEVICE_880K << QVariantList({instance("a", {"Q0_LANE0"}, "QPLL0", "Q0 REFCLK0")})
         << QStringList{"laneGrid=Q0 Lane1", "comboPll=QPLL0", "comboRefClk=Q0 REFCLK1"} << QString()
         << "QPLL0 of Q0 already runs from Q0 REFCLK0 for another instance. Use Q0 REFCLK0, or "
            "the lanes' own CPLLs.";
     QTest::newRow("shared QPLL0 at another rate")
-        << DEVICE_370K << held({instance("a", {"Q0_LANE0"}, "QPLL0", "Q0 REFCLK0")})
+        << DEVICE_370K << QVariantList({instance("a", {"Q0_LANE0"}, "QPLL0", "Q0 REFCLK0")})
         << QStringList{"laneGrid=Q0 Lane1", "comboPll=QPLL0", "editRxRate=2.5"} << QString()
         << "QPLL0 of Q0 already runs at 1.25 Gbps for another instance. Use 1.25 Gbps, or the "
            "lanes' own CPLLs.";
@@ -190,8 +180,8 @@ void tst_Bcdr::dialog_data()
     // lane is routed, the second finds no way over the bridge.
     QTest::newRow("no free clock path")
         << DEVICE_880K
-        << held({instance("a", {"Q1_LANE0"}, "CPLL", "Q1 REFCLK0"),
-                 instance("b", {"Q1_LANE1"}, "CPLL", "Q1 REFCLK1")})
+        << QVariantList({instance("a", {"Q1_LANE0"}, "CPLL", "Q1 REFCLK0"),
+                         instance("b", {"Q1_LANE1"}, "CPLL", "Q1 REFCLK1")})
         << QStringList{"laneGrid=Q0 Lane2,Q1 Lane2", "comboPll=CPLL", "comboRefClk=Q0 REFCLK0"}
         << QString()
         << "Q1 Lane2 cannot be clocked by the CPLL of Q1 Lane2 from Q0 REFCLK0: every clock path "
@@ -218,7 +208,7 @@ void tst_Bcdr::dialog()
     // Whatever the dialog tried to prove its selection is given back.
     QCOMPARE(driver::modelState(), before);
     if (!module.isEmpty())
-        QCOMPARE(m_harness->hold({QVariant(run.args)}), QString());
+        QCOMPARE(m_harness->hold({run.args}), QString());
 }
 
 void tst_Bcdr::createdRequestIsPlacedAndSaved_data()
@@ -271,10 +261,13 @@ void tst_Bcdr::createdRequestIsPlacedAndSaved()
     QFETCH(QString, line);
     const DEV::DeviceArg dev = m_harness->prepare(device);
     QStringList free = serdes::instance()->notOccupiedLanes();
+    const QStringList before = driver::modelState();
 
     const QString dir = m_harness->freshDir();
     const driver::Run run = driver::create(protocol(), dev, dir, script);
-    QCOMPARE(run.boxes.size(), 0);
+    QCOMPARE(run.boxes, QStringList());
+    // The dialog proved the routes and gave them back.
+    QCOMPARE(driver::modelState(), before);
     QCOMPARE(run.args.value("target_device").toString(), device);
     QCOMPARE(run.args.value("dir").toString(), QString(dir + "/bcdr"));
     QVERIFY(QFileInfo(dir + "/bcdr").isDir());
@@ -298,7 +291,7 @@ void tst_Bcdr::createdRequestIsPlacedAndSaved()
         QVERIFY(msg->muxOptions.isEmpty());
     }
 
-    QCOMPARE(m_harness->hold({QVariant(saved)}), QString());
+    QCOMPARE(m_harness->hold({saved}), QString());
     QStringList access;
     const QMap<QString, QStringList> all = serdes::instance()->allAccess();
     for (auto it = all.cbegin(); it != all.cend(); ++it)
@@ -470,8 +463,7 @@ void tst_Bcdr::editShowsStoredInstance()
 
     // A stored lane that another instance took meanwhile cannot be shown:
     // the edit ends as cancelled, without a dialog.
-    QCOMPARE(m_harness->hold({QVariant(instance("other", {"Q1_LANE3"}, "CPLL", "Q1 REFCLK0"))}),
-             QString());
+    QCOMPARE(m_harness->hold({instance("other", {"Q1_LANE3"}, "CPLL", "Q1 REFCLK0")}), QString());
     bool shown = false;
     QTimer guard;
     connect(&guard, &QTimer::timeout, [&shown] {

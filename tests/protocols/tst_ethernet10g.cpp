@@ -120,14 +120,12 @@ void tst_Ethernet10g::dialog()
     other.name = other.module = other.file = "eth10g";
     QStringList lanes;
     for (const QString &row : held) {
+        // The rate runs both ways.
         const QStringList f = row.split(' ');
-        other.lanes << f.at(0);
-        other.plls << f.at(1);
-        other.refs << f.at(2);
-        other.refFreqs << f.at(3);
-        other.rates << f.at(4);
-        other.rxRates << f.at(4);
-        other.txRates << f.at(4);
+        QStringList *columns[] = {&other.lanes, &other.plls,    &other.refs,   &other.refFreqs,
+                                  &other.rates, &other.rxRates, &other.txRates};
+        for (int i = 0; i < 7; ++i)
+            *columns[i] << f.at(qMin(i, 4));
         lanes << QString(f.at(0)).replace("_LANE", " Lane");
     }
     QString err;
@@ -143,7 +141,7 @@ void tst_Ethernet10g::dialog()
         QCOMPARE(run.args, Args());
         return;
     }
-    QCOMPARE(m_harness.hold({QVariant(run.args)}), QString());
+    QCOMPARE(m_harness.hold({run.args}), QString());
     QCOMPARE(model->checkPLLforQuad0(10.3125), running);
     // Only the QPLLs in use run: none was taken beside a shared one.
     for (const QString pll : {"QPLL0", "QPLL1"})
@@ -208,7 +206,7 @@ void tst_Ethernet10g::savedMapAndModule()
     std::unique_ptr<IPSERDESIP::Message> again(eth->createMessage(edited.args));
     QCOMPARE(driver::rows(*again), rows);
 
-    QCOMPARE(m_harness.hold({QVariant(saved)}), QString());
+    QCOMPARE(m_harness.hold({saved}), QString());
     QStringList lines, linesSaved, csr, modArgs, modSaved;
     QString out;
     QVERIFY(eth->generate(run.args, lines, csr, modArgs, out, true));
@@ -226,7 +224,10 @@ void tst_Ethernet10g::savedMapAndModule()
                            "input 32 drp_rdata"};
     for (const QString &line : slot)
         QCOMPARE(modArgs.contains("-" + module + "_port " + line), drp);
-    QVERIFY(modArgs.contains("-" + module + "_port input 64 tx_data"));
+    QVERIFY(
+        modArgs.contains(QString("-%1_port input %2 tx_data").arg(module).arg(64 * rows.size())));
+    const QString pin = rows.first().section(' ', 2, 2).toLower() + "_p";
+    QVERIFY(modArgs.contains(QString("-%1_port input 1 %2").arg(module, pin)));
     if (!QByteArray(QTest::currentDataTag()).contains("compiled"))
         return;
     // The rows before this one wrote the other modules.
