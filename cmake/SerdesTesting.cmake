@@ -8,6 +8,7 @@ function(serdes_add_test name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE Qt5::Test ${ARG_LIBS})
+    target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
     target_compile_definitions(${name} PRIVATE
         SERDES_STAGE_DIR="${SERDES_STAGE_DIR}"
         SERDES_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data")

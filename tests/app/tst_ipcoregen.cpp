@@ -4,6 +4,8 @@
 // installed tree, run as a separate process, printing its catalogue and
 // regenerating the bundled example configurations.
 
+#include "testfiles.h"
+
 #include <QDirIterator>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -35,23 +37,6 @@ Run runGenerator(const QString &tree, const QStringList &arguments,
     run.out = QString::fromUtf8(process.readAllStandardOutput());
     run.err = QString::fromUtf8(process.readAllStandardError());
     return run;
-}
-
-bool copyTree(const QString &from, const QString &to)
-{
-    if (!QDir().mkpath(to))
-        return false;
-    QDirIterator it(from, QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden,
-                    QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        const QString source = it.next();
-        const QString target = to + source.mid(from.size());
-        const bool ok = it.fileInfo().isDir() ? QDir().mkpath(target)
-                                              : QFile::copy(source, target);
-        if (!ok)
-            return false;
-    }
-    return true;
 }
 
 const char serdesLine[] = "SERDES_IP\tSerDes\t1.2\tInterface, High Speed Transceiver\t";

@@ -10,26 +10,14 @@
 
 #include <ipcore/ipinfospec.h>
 
+#include "testfiles.h"
+
 #include <QDirIterator>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
-
-bool copyTree(const QString &from, const QString &to)
-{
-    if (!QDir().mkpath(to))
-        return false;
-    QDirIterator it(from, QDir::AllEntries | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        const QString source = it.next();
-        const QString target = to + source.mid(from.size());
-        if (!(it.fileInfo().isDir() ? QDir().mkpath(target) : QFile::copy(source, target)))
-            return false;
-    }
-    return true;
-}
 
 // Every file below `dir` with its text, the directory's own path replaced so
 // that two runs in two places compare. The synthesis tool's log and script

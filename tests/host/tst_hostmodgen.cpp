@@ -8,6 +8,8 @@
 #include <ipcore/ipcorefile.h>
 #include <ipcore/tvmodgenproxy.h>
 
+#include "testfiles.h"
+
 #include <QDir>
 #include <QProcess>
 #include <QRegularExpression>
@@ -40,18 +42,6 @@ QStringList header(const QString &dir, const QString &fileType)
             QStringLiteral("-file_name serdes_top"),
             QStringLiteral("-mod_name serdes_top"),
             IPCore::modfileHeader(device())};
-}
-
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
 // Runs iverilog on `files`; empty on success, else what it said.

@@ -10,6 +10,8 @@
 #include <ipcore/netlistdecode.h>
 #include <ipcore/synthesishelper.h>
 
+#include "testfiles.h"
+
 #include <QDir>
 #include <QProgressDialog>
 #include <QPushButton>
@@ -28,18 +30,6 @@ const QString TOP = QStringLiteral("\\~upar_arbiter_wrap.mycore");
 const QString DEVICE_LINE = QStringLiteral(
     "// Device: device RK9C880D, device_id RK9C880D-FG1517-2, part_number RK9C880D-2FG1517I, "
     "family RK9C-880D, package FG1517, speed 2");
-
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
 
 // The arguments of an arbiter run in `tempDir`, with the two headers the page
 // writes there.

@@ -8,6 +8,8 @@
 #include "model/serdesip_common.h"
 #include "plugin/serdesipconstants.h"
 
+#include "testfiles.h"
+
 #include <QApplication>
 #include <QDir>
 #include <QProgressDialog>
@@ -27,12 +29,6 @@ void recordCriticals(QtMsgType type, const QMessageLogContext &, const QString &
 {
     if (type == QtCriticalMsg)
         criticals << message;
-}
-
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace

@@ -13,6 +13,8 @@
 #include <core/idecore.h>
 #include <dev/devicedb.h>
 
+#include "testfiles.h"
+
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QDialogButtonBox>
@@ -102,13 +104,6 @@ void compareExclamation(const SeenBox &box)
 {
     QVERIFY(!box.pixmap.isNull());
     QCOMPARE(box.pixmap, QPixmap(QStringLiteral("://image/exclamation.png")).toImage());
-}
-
-bool writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate)
-           && file.write(content) == content.size();
 }
 
 QString writeIpc(const QTemporaryDir &dir, const QMap<QString, QString> &entries)

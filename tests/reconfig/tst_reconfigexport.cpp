@@ -9,6 +9,8 @@
 #include "reconfig/reconfiguration.h"
 #include "reconfigform.h"
 
+#include "testfiles.h"
+
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QPushButton>
@@ -44,12 +46,6 @@ QByteArray loggingTool(const QByteArray &cases)
            "for out; do :; done\n"
            "case \"$2\" in\n"
            + cases + "\nesac";
-}
-
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
 }
 
 QStringList calls()
