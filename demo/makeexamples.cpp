@@ -6,9 +6,12 @@
 // the configuration file and generates everything. The older layouts "1.1"
 // and "1.0" are then written from the instances of the one-quad example, the
 // way those versions stored them: one file per instance beside a list.
-//     makeexamples <examples dir>
-// It runs from the staged tree's bin/, where the page finds the protocols,
-// the device database and the register compilers.
+//     makeexamples <examples dir> [<pictures dir>]
+// With a pictures directory, each protocol dialog is saved there as a PNG
+// just before its OK, and the page before the configuration's OK: the way to
+// look at them all, best on a display with a real font. It runs from the
+// staged tree's bin/, where the page finds the protocols, the device database
+// and the register compilers.
 
 #include "page/serdesipdlg.h"
 #include "plugin/serdesipconstants.h"
@@ -91,12 +94,24 @@ bool apply(QWidget *dialog, const QStringList &steps)
     return true;
 }
 
+QString g_pictures;
+
+void savePicture(QWidget *widget, const QString &name)
+{
+    if (g_pictures.isEmpty())
+        return;
+    QDir().mkpath(g_pictures);
+    const QString file = g_pictures + QLatin1Char('/') + name + QStringLiteral(".png");
+    if (!widget->grab().save(file))
+        err() << "cannot save " << file << '\n';
+}
+
 // Answers the next modal widget: a protocol's dialog with `steps` and OK, a
 // message box (a refusal) by printing it and closing it.
-void answerNext(const QStringList &steps, bool *ok)
+void answerNext(const QStringList &steps, const QString &picture, bool *ok)
 {
     auto *timer = new QTimer;
-    QObject::connect(timer, &QTimer::timeout, [timer, steps, ok] {
+    QObject::connect(timer, &QTimer::timeout, [timer, steps, picture, ok] {
         QWidget *modal = QApplication::activeModalWidget();
         if (auto *box = qobject_cast<QMessageBox *>(modal)) {
             err() << box->windowTitle() << ": " << box->text() << '\n';
@@ -113,6 +128,7 @@ void answerNext(const QStringList &steps, bool *ok)
             dialog->reject();
             return;
         }
+        savePicture(dialog, picture);
         dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
         if (dialog->isVisible()) {
             *ok = false;
@@ -150,7 +166,9 @@ bool make(const Example &example, const QString &outDir,
     for (const Instance &instance : example.instances) {
         bool ok = true;
         const QStringList before = page.instanceArgs().keys();
-        answerNext(instance.steps, &ok);
+        answerNext(instance.steps,
+                   QStringLiteral("%1_%2").arg(QLatin1String(example.folder)).arg(before.size()),
+                   &ok);
         page.createIP(QLatin1String(instance.protocol));
         if (!ok || page.instanceArgs().size() != before.size() + 1) {
             err() << example.folder << ": " << instance.protocol << " was not placed\n";
@@ -162,6 +180,8 @@ bool make(const Example &example, const QString &outDir,
         }
     }
     QDir().mkpath(page.createPath());
+    page.show();
+    savePicture(&page, QStringLiteral("%1_page").arg(QLatin1String(example.folder)));
     page.accept();
     if (page.result() != QDialog::Accepted) {
         err() << example.folder << ": generation failed\n";
@@ -234,12 +254,15 @@ void writeOlder(const QString &version, const QString &dir,
 
 int main(int argc, char *argv[])
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (qEnvironmentVariableIsEmpty("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    if (argc != 2) {
-        err() << "usage: makeexamples <examples dir>\n";
+    if (argc != 2 && argc != 3) {
+        err() << "usage: makeexamples <examples dir> [<pictures dir>]\n";
         return 2;
     }
+    if (argc == 3)
+        g_pictures = QDir(QString::fromLocal8Bit(argv[2])).absolutePath();
     const QString out = QDir(QString::fromLocal8Bit(argv[1])).absolutePath();
 
     const QList<Example> examples{
