@@ -12,7 +12,11 @@ function(serdes_add_test name)
     target_compile_definitions(${name} PRIVATE
         SERDES_STAGE_DIR="${SERDES_STAGE_DIR}"
         SERDES_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data")
-    add_test(NAME ${name} COMMAND ${name})
+    # Each program runs in a folder of its own: the generator writes its
+    # parameter file into the working directory, and programs run in parallel.
+    set(workdir ${CMAKE_CURRENT_BINARY_DIR}/${name}.run)
+    file(MAKE_DIRECTORY ${workdir})
+    add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${workdir})
     set_tests_properties(${name} PROPERTIES
         TIMEOUT 300
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LSAN_OPTIONS=suppressions=${SERDES_LSAN_SUPPRESSIONS};ASAN_OPTIONS=detect_leaks=1:abort_on_error=0;UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1")
