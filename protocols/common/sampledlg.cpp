@@ -1,11 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "sampledlg.h"
 
+#include <QComboBox>
+
 namespace samples {
 
 SampleDlg::SampleDlg(QWidget *parent)
     : protocolGenDlg(parent)
-{}
+{
+    // The sample protocols write their modules in Verilog only; a choice of
+    // VHDL here would be one the files do not follow.
+    if (auto *language = findChild<QComboBox *>(QStringLiteral("comboBoxLanguage"))) {
+        language->setCurrentIndex(0);
+        language->setEnabled(false);
+    }
+}
 
 SampleDlg::~SampleDlg() = default;
 

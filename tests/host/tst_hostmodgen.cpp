@@ -195,7 +195,6 @@ void tst_HostModGen::refusals_data()
     row("bad direction", {"-eth_port in 1 a"}, {"line 13: direction", "\"-eth_port in 1 a\""});
     row("zero width", {"-eth_port input 0 a"}, {"line 13: width"});
     row("bad parameter", {"-eth_param N 4'b1"}, {"line 13: value must be"});
-    row("unknown instance line", {"-eth_clock 1"}, {"line 13: unknown instance line"});
     row("line of another module", {"-pcie_port input 1 a"},
         {"line 13: not a line of instance \"eth\""});
     row("numbering gap", {"-protocol_module_name2 xaui"}, {"line 13: instance number 1 expected"});

@@ -18,10 +18,6 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-namespace {
-
-} // namespace
-
 class tst_HostPlatform : public QObject
 {
     Q_OBJECT
@@ -29,8 +25,6 @@ class tst_HostPlatform : public QObject
 private slots:
     void initTestCase();
 
-    void deviceOfEveryFamily_data();
-    void deviceOfEveryFamily();
     void deviceLookups();
     void badDeviceDatabase_data();
     void badDeviceDatabase();
@@ -58,35 +52,32 @@ void tst_HostPlatform::initTestCase()
              qPrintable(error));
 }
 
-void tst_HostPlatform::deviceOfEveryFamily_data()
-{
-    QTest::addColumn<QString>("family");
-    for (const char *family :
-         {"RK9C-880D", "RK9C-880E", "RK9PC-880D", "RK9PC-880E", "RK9C-440D", "RK9C-440E",
-          "RK9C-370D", "RK9C-370Q", "RK9-370D", "RK9C-90F", "RK9C-90D", "RK9MC-90F", "RK9MC-90D",
-          "RK9LC-90F", "RK9LMC-90F"})
-        QTest::newRow(family) << QString::fromLatin1(family);
-}
-
-void tst_HostPlatform::deviceOfEveryFamily()
-{
-    QFETCH(QString, family);
-    DEV::ChipFilter filter;
-    filter.family = family;
-    const QList<DEV::DeviceArg> devices = m_db.filterDevice(filter);
-    QVERIFY(!devices.isEmpty());
-    for (const DEV::DeviceArg &device : devices) {
-        const DEV::DeviceArg found = m_db.findByID(device.id);
-        QCOMPARE(found.id, device.id);
-        QCOMPARE(found.family, family);
-        QVERIFY(!found.partNumber.isEmpty());
-        QVERIFY(!found.name.isEmpty());
-    }
-}
-
 void tst_HostPlatform::deviceLookups()
 {
-    QCOMPARE(m_db.devices().size(), 21);
+    // Every family shows up, the one without transceivers too, and a filter by
+    // family yields its devices whole.
+    QStringList families;
+    for (const DEV::DeviceArg &device : m_db.devices()) {
+        if (!families.contains(device.family))
+            families << device.family;
+    }
+    families.sort();
+    QCOMPARE(families, QStringList({"RK7C-60L", "RK9-370D", "RK9C-370D", "RK9C-370Q", "RK9C-440D",
+                                    "RK9C-440E", "RK9C-880D", "RK9C-880E", "RK9C-90D", "RK9C-90F",
+                                    "RK9LC-90F", "RK9LMC-90F", "RK9MC-90D", "RK9MC-90F",
+                                    "RK9PC-880D", "RK9PC-880E"}));
+    int total = 0;
+    for (const QString &family : qAsConst(families)) {
+        DEV::ChipFilter filter;
+        filter.family = family;
+        for (const DEV::DeviceArg &device : m_db.filterDevice(filter)) {
+            QCOMPARE(device.family, family);
+            QCOMPARE(m_db.findByID(device.id).partNumber, device.partNumber);
+            QVERIFY(!device.partNumber.isEmpty() && !device.name.isEmpty());
+            ++total;
+        }
+    }
+    QCOMPARE(total, 21);
     QVERIFY(!m_db.findByID(QStringLiteral("RK9C880D-FG9999-9")).isValid());
     QVERIFY(!m_db.findByID(QString()).isValid());
 
@@ -263,7 +254,6 @@ void tst_HostPlatform::editorAndFlow()
     QCOMPARE(editors->openedFiles(), QStringList(file));
 
     TE::FlowManager *flow = TE::TaskEngine::instance()->flowManager();
-    QCOMPARE(TE::TaskEngine::instance()->flowManager(), flow);
     QSignalSpy added(flow, &TE::FlowManager::resultFileAdded);
     flow->addResultFile(QStringLiteral("/p/serdes.csr"), QStringLiteral("RES.serdes.csr"));
     flow->addResultFile(QStringLiteral("/p/serdes.csr"), QStringLiteral("RES.serdes.csr"));

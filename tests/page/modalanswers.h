@@ -41,18 +41,15 @@ public:
             auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
             if (!box || !box->isVisible())
                 return;
-            SeenBox seen;
-            seen.title = box->windowTitle();
-            seen.text = box->text();
-            seen.details = box->detailedText();
-            seen.icon = box->icon();
-            seen.buttons = box->standardButtons();
-            if (box->defaultButton())
-                seen.defaultButton
-                    = box->standardButton(static_cast<QAbstractButton *>(box->defaultButton()));
-            seen.hasWindowIcon = !box->windowIcon().availableSizes().isEmpty();
-            seen.pixmap = box->iconPixmap().toImage();
-            boxes << seen;
+            QPushButton *preset = box->defaultButton();
+            boxes << SeenBox{box->windowTitle(),
+                             box->text(),
+                             box->detailedText(),
+                             box->icon(),
+                             box->standardButtons(),
+                             preset ? box->standardButton(preset) : QMessageBox::NoButton,
+                             !box->windowIcon().availableSizes().isEmpty(),
+                             box->iconPixmap().toImage()};
             QAbstractButton *button = box->button(answer);
             if (!button)
                 button = box->buttons().value(0);
@@ -66,30 +63,6 @@ public:
 private:
     QTimer m_timer;
 };
-
-// Answers the next directory dialog: chooses `dir`, or cancels when it is
-// empty.
-inline void answerDirectoryDialog(const QString &dir)
-{
-    auto *timer = new QTimer;
-    QObject::connect(timer, &QTimer::timeout, [timer, dir] {
-        auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-        if (!dialog)
-            return;
-        timer->stop();
-        timer->deleteLater();
-        if (dir.isEmpty()) {
-            dialog->reject();
-        } else {
-            // Typed as a user would: the name field may hold the last part of
-            // a start directory that does not exist.
-            if (auto *name = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit")))
-                name->setText(dir);
-            static_cast<QDialog *>(dialog)->accept();
-        }
-    });
-    timer->start(10);
-}
 
 // Runs `action` on the next modal widget of type T once it is up.
 template<typename T>
@@ -105,4 +78,18 @@ void whenModal(std::function<void(T *)> action)
         action(widget);
     });
     timer->start(10);
+}
+
+// Answers the next directory dialog: chooses `dir`, or cancels when it is
+// empty. The name is typed as a user would: the field may hold the last part
+// of a start directory that does not exist.
+inline void answerDirectoryDialog(const QString &dir)
+{
+    whenModal<QFileDialog>([dir](QFileDialog *dialog) {
+        if (dir.isEmpty())
+            return dialog->reject();
+        if (auto *name = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit")))
+            name->setText(dir);
+        static_cast<QDialog *>(dialog)->accept();
+    });
 }

@@ -55,11 +55,7 @@ public:
     {
         return findChild<T *>(QLatin1String(name));
     }
-    QPushButton *button(QDialogButtonBox::StandardButton which) const
-    {
-        return widget<QDialogButtonBox>("buttonBox")->button(which);
-    }
-    QString createIn() const { return widget<QLineEdit>("editCreateIn")->text(); }
+    QLineEdit *edit(const char *name) const { return widget<QLineEdit>(name); }
 
     int accepted = 0;
     QMap<QString, QVariant> restored;
@@ -67,27 +63,12 @@ public:
     QStringList prepared;
 };
 
-void compareBox(const SeenBox &box, const QString &title, const QString &text)
+void compareErrorBox(const SeenBox &box, const QString &text)
 {
-    QCOMPARE(box.title, title);
+    QCOMPARE(box.title, QStringLiteral("Error"));
     QCOMPARE(box.text, text);
-}
-
-void compareExclamation(const SeenBox &box)
-{
-    QVERIFY(!box.pixmap.isNull());
+    QVERIFY(box.hasWindowIcon);
     QCOMPARE(box.pixmap, QPixmap(QStringLiteral(":/coregen/image/exclamation.png")).toImage());
-}
-
-// Darkness of the widest run of ink across a horizontal wire at column x.
-int wireThickness(const QImage &image, int x, int y)
-{
-    int thickness = 0;
-    for (int dy = -8; dy <= 8; ++dy) {
-        if (qGray(image.pixel(x, y + dy)) < 160)
-            ++thickness;
-    }
-    return thickness;
 }
 
 } // namespace
@@ -106,17 +87,21 @@ private slots:
     void opening_data();
     void opening();
     void browseAndFollow();
-    void checkFileOptions_data();
     void checkFileOptions();
     void checkFileExisting_data();
     void checkFileExisting();
-    void checkModuleName_data();
     void checkModuleName();
     void pagesAndButtons();
     void figure();
     void outsidePlugin();
 
 private:
+    DEV::DeviceArg device(const char *id) const { return m_db.findByID(QLatin1String(id)); }
+    QString inTmp(const QString &name) const
+    {
+        return QDir::toNativeSeparators(m_tmp.path()) + QLatin1Char('/') + name;
+    }
+
     DEV::DeviceDb m_db;
     QTemporaryDir m_tmp;
 };
@@ -154,7 +139,7 @@ void tst_ProtocolGenDlg::validators()
     QFETCH(QString, kept);
 
     Dialog dialog;
-    auto *edit = dialog.widget<QLineEdit>(qPrintable(field));
+    QLineEdit *edit = dialog.edit(qPrintable(field));
     edit->clear();
     for (const QChar c : typed) {
         QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString(c));
@@ -165,32 +150,25 @@ void tst_ProtocolGenDlg::validators()
 
 void tst_ProtocolGenDlg::proposals_data()
 {
-    QTest::addColumn<QString>("base");
     QTest::addColumn<QStringList>("files");
     QTest::addColumn<QStringList>("modules");
     QTest::addColumn<QString>("file");
     QTest::addColumn<QString>("module");
-    const auto row = [](const char *name, const char *base, const QStringList &files,
-                        const QStringList &modules, const char *file, const char *module) {
-        QTest::newRow(name) << QString(base) << files << modules << QString(file)
-                            << QString(module);
-    };
-    row("taken once", "eth", {"eth"}, {"eth"}, "eth_1", "eth_1st");
     QStringList files{"m"}, modules{"m", "m_1st", "m_2nd", "m_3rd"};
     for (int n = 1; n <= 20; ++n)
         files << QStringLiteral("m_%1").arg(n);
     for (int n = 4; n <= 20; ++n)
         modules << QStringLiteral("m_%1th").arg(n);
-    row("twenty-first", "m", files, modules, "m_21", "m_21th");
+    QTest::newRow("twenty-first") << files << modules << "m_21" << "m_21th";
+    QTest::newRow("a gap is filled") << QStringList{"m", "m_2"} << QStringList{"m", "m_2nd"}
+                                     << "m_1" << "m_1st";
     // Only the base itself counts as taken, compared exactly.
-    row("suffixed only", "eth", {"eth_1"}, {"eth_1st"}, "eth", "eth");
-    row("other case", "eth", {"ETH"}, {"Eth"}, "eth", "eth");
-    row("a gap is filled", "eth", {"eth", "eth_2"}, {"eth", "eth_2nd"}, "eth_1", "eth_1st");
+    QTest::newRow("suffixed or other case") << QStringList{"M", "m_1"} << QStringList{"M", "m_1st"}
+                                            << "m" << "m";
 }
 
 void tst_ProtocolGenDlg::proposals()
 {
-    QFETCH(QString, base);
     QFETCH(QStringList, files);
     QFETCH(QStringList, modules);
     QFETCH(QString, file);
@@ -199,14 +177,13 @@ void tst_ProtocolGenDlg::proposals()
     IPSERDESIP::serdes::instance()->fileNames = files;
     IPSERDESIP::serdes::instance()->moduleNames = modules;
     Dialog dialog;
-    dialog.uiSetDefaultFileName(base);
-    dialog.uiSetModuleName(base);
-    dialog.setCreating(m_tmp.path() + QStringLiteral("/"),
-                       m_db.findByID(QLatin1String(kDeviceWithVersion)));
+    dialog.uiSetDefaultFileName(QStringLiteral("m"));
+    dialog.uiSetModuleName(QStringLiteral("m"));
+    dialog.setCreating(m_tmp.path() + QStringLiteral("/"), device(kDeviceWithVersion));
 
     QCOMPARE(dialog.fileName(), file);
     QCOMPARE(dialog.moduleName(), module);
-    QCOMPARE(dialog.createIn(), QDir::toNativeSeparators(m_tmp.path()) + QLatin1Char('/') + file);
+    QCOMPARE(dialog.edit("editCreateIn")->text(), inTmp(file));
     QCOMPARE(dialog.createPath(), m_tmp.path() + QLatin1Char('/') + file);
     QCOMPARE(dialog.prepared, QStringList{file + QLatin1Char(' ') + module});
 }
@@ -228,13 +205,11 @@ void tst_ProtocolGenDlg::opening_data()
             args.insert("target_device", device);
         QTest::newRow(name) << args << restore << QString(shown) << QString(known);
     };
-    const char *v = kDeviceWithVersion;
-    row("complete", "eth_top", v, true, "eth_top", v);
+    row("complete", "eth_top", kDeviceWithVersion, true, "eth_top", kDeviceWithVersion);
     row("restore refused, single version", "m", kDeviceWithoutVersion, false, "m",
         kDeviceWithoutVersion);
-    row("empty module keeps the field", "", v, true, "preset", v);
     row("no device", "eth_top", nullptr, true, "eth_top", "");
-    row("unknown device", nullptr, "RK0-NONE", true, "preset", "");
+    row("unknown device, no module", nullptr, "RK0-NONE", true, "preset", "");
 }
 
 void tst_ProtocolGenDlg::opening()
@@ -254,27 +229,27 @@ void tst_ProtocolGenDlg::opening()
     QCOMPARE(dialog.restored, args);
     QCOMPARE(dialog.prepared, QStringList{QStringLiteral("eth0 ") + module});
 
-    auto *createIn = dialog.widget<QLineEdit>("editCreateIn");
-    QCOMPARE(createIn->text(), QDir::toNativeSeparators(m_tmp.path()) + QStringLiteral("/eth0"));
-    QVERIFY(createIn->isReadOnly());
+    QCOMPARE(dialog.edit("editCreateIn")->text(), inTmp(QStringLiteral("eth0")));
+    QVERIFY(dialog.edit("editCreateIn")->isReadOnly());
     for (const char *name : {"editCreateIn", "btnBrowse", "comboBoxLanguage", "editFileName"})
         QVERIFY2(!dialog.widget<QWidget>(name)->isEnabled(), name);
-    QVERIFY(dialog.widget<QLineEdit>("editModuleName")->isEnabled());
+    QVERIFY(dialog.edit("editModuleName")->isEnabled());
 
     const DEV::DeviceArg arg = m_db.findByID(device);
     QCOMPARE(dialog.widget<QLabel>("label_device")->text(), arg.name);
     QCOMPARE(dialog.widget<QLabel>("label_pn")->text(), arg.partNumber);
     QCOMPARE(dialog.widget<QLabel>("labelDeviceVersion")->text(), arg.version);
-    for (const char *label : {"labelDeviceVersion", "labelDeviceVersionTitle"}) {
-        if (!device.isEmpty())
+    if (!device.isEmpty()) {
+        for (const char *label : {"labelDeviceVersion", "labelDeviceVersionTitle"})
             QCOMPARE(dialog.widget<QLabel>(label)->isHidden(), arg.version.isEmpty());
     }
-    QCOMPARE(answers.boxes.size(), device.isEmpty() ? 1 : 0);
     // An opened instance's directory is there already: nothing is asked.
     QVERIFY(dialog.checkFileExisting());
     QCOMPARE(answers.boxes.size(), device.isEmpty() ? 1 : 0);
     if (device.isEmpty()) {
-        compareBox(answers.boxes.first(), "Warning", "IPC file device information is lost.");
+        QCOMPARE(answers.boxes.first().title, QStringLiteral("Warning"));
+        QCOMPARE(answers.boxes.first().text,
+                 QStringLiteral("IPC file device information is lost."));
         QCOMPARE(answers.boxes.first().icon, QMessageBox::Warning);
         QVERIFY(answers.boxes.first().hasWindowIcon);
     }
@@ -284,20 +259,19 @@ void tst_ProtocolGenDlg::browseAndFollow()
 {
     Dialog dialog;
     dialog.uiSetDefaultFileName(QStringLiteral("pcie"));
-    dialog.setCreating(QStringLiteral("/projects/a"),
-                       m_db.findByID(QLatin1String(kDeviceWithVersion)));
-    auto *fileName = dialog.widget<QLineEdit>("editFileName");
-    auto *createIn = dialog.widget<QLineEdit>("editCreateIn");
+    dialog.setCreating(QStringLiteral("/projects/a"), device(kDeviceWithVersion));
+    QLineEdit *fileName = dialog.edit("editFileName");
+    QLineEdit *createIn = dialog.edit("editCreateIn");
+    // Until linked, the path does not follow the name; browsing appends the
+    // default name, and cancelling keeps what was chosen.
     fileName->setText(QStringLiteral("renamed"));
-    // Without the link the path does not follow the name.
     QCOMPARE(createIn->text(), QStringLiteral("/projects/a/pcie"));
     for (const QString &chosen : {m_tmp.path(), QString()}) {
         answerDirectoryDialog(chosen);
         QTest::mouseClick(dialog.widget<QPushButton>("btnBrowse"), Qt::LeftButton);
-        QCOMPARE(createIn->text(), QDir::toNativeSeparators(m_tmp.path()) + "/pcie");
+        QCOMPARE(createIn->text(), inTmp(QStringLiteral("pcie")));
     }
 
-    dialog.fileNameConnectCreatIn();
     dialog.fileNameConnectCreatIn();
     QVERIFY(!createIn->isEnabled());
     QVERIFY(!dialog.widget<QPushButton>("btnBrowse")->isEnabled());
@@ -306,26 +280,22 @@ void tst_ProtocolGenDlg::browseAndFollow()
     QCOMPARE(createIn->text(), QStringLiteral("/projects/a/lane2"));
 }
 
-void tst_ProtocolGenDlg::checkFileOptions_data()
-{
-    QTest::addColumn<QStringList>("fields"); // file, create in, module
-    QTest::addColumn<QStringList>("errors");
-    const QString noFile = "\"File Name\" can not be empty.",
-                  noDir = "\"Create In\" can not be empty.",
-                  noModule = "\"Module Name\" can not be empty.";
-    QTest::newRow("complete") << QStringList{"f", "/d", "m"} << QStringList();
-    QTest::newRow("all empty") << QStringList{"", "", ""} << QStringList{noFile, noDir, noModule};
-    QTest::newRow("no module") << QStringList{"f", "/d", ""} << QStringList{noModule};
-    QTest::newRow("no file, no dir") << QStringList{"", "", "m"} << QStringList{noFile, noDir};
-}
-
 void tst_ProtocolGenDlg::checkFileOptions()
 {
-    QFETCH(QStringList, fields);
-    QFETCH(QStringList, errors);
+    const char *fields[] = {"editFileName", "editCreateIn", "editModuleName"};
+    const QStringList errors{"\"File Name\" can not be empty.", "\"Create In\" can not be empty.",
+                             "\"Module Name\" can not be empty."};
     Dialog dialog;
-    for (const char *name : {"editFileName", "editCreateIn", "editModuleName"})
-        dialog.widget<QLineEdit>(name)->setText(fields.takeFirst());
+    for (const char *field : fields)
+        dialog.edit(field)->setText(QStringLiteral("x"));
+    QCOMPARE(dialog.checkFileOptions(), QStringList());
+    for (int i = 0; i < 3; ++i) {
+        dialog.edit(fields[i])->clear();
+        QCOMPARE(dialog.checkFileOptions(), QStringList(errors.at(i)));
+        dialog.edit(fields[i])->setText(QStringLiteral("x"));
+    }
+    for (const char *field : fields)
+        dialog.edit(field)->clear();
     QCOMPARE(dialog.checkFileOptions(), errors);
 }
 
@@ -335,14 +305,10 @@ void tst_ProtocolGenDlg::checkFileExisting_data()
     QTest::addColumn<QMessageBox::StandardButton>("answer");
     QTest::addColumn<bool>("result");
     QTest::addColumn<QString>("title"); // empty: no message box
-    const auto row = [](const char *name, const char *createIn, QMessageBox::StandardButton answer,
-                        bool result, const char *title) {
-        QTest::newRow(name) << QString(createIn) << answer << result << QString(title);
-    };
-    row("exists, overwrite", "existing/./", QMessageBox::Yes, true, "Warning");
-    row("exists, cancel", "existing", QMessageBox::Cancel, false, "Warning");
-    row("made", "new/deeper", QMessageBox::Ok, true, "");
-    row("cannot be made", "afile/below", QMessageBox::Ok, false, "Error");
+    QTest::newRow("exists, overwrite") << "existing/./" << QMessageBox::Yes << true << "Warning";
+    QTest::newRow("exists, cancel") << "existing" << QMessageBox::Cancel << false << "Warning";
+    QTest::newRow("made") << "new/deeper" << QMessageBox::Ok << true << "";
+    QTest::newRow("cannot be made") << "afile/below" << QMessageBox::Ok << false << "Error";
 }
 
 void tst_ProtocolGenDlg::checkFileExisting()
@@ -355,71 +321,57 @@ void tst_ProtocolGenDlg::checkFileExisting()
     QTemporaryDir dir;
     QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("existing")));
     QVERIFY(QFile(dir.filePath(QStringLiteral("afile"))).open(QIODevice::WriteOnly));
-
     Dialog dialog;
-    dialog.setCreating(dir.path(), m_db.findByID(QLatin1String(kDeviceWithVersion)));
+    dialog.setCreating(dir.path(), device(kDeviceWithVersion));
     const QString path = dir.filePath(createIn);
-    dialog.widget<QLineEdit>("editCreateIn")->setText(path);
+    dialog.edit("editCreateIn")->setText(path);
 
     MessageBoxAnswers answers(answer);
     QCOMPARE(dialog.checkFileExisting(), result);
     QCOMPARE(answers.boxes.size(), title.isEmpty() ? 0 : 1);
     if (title.isEmpty()) {
         QVERIFY(QFileInfo(path).isDir());
-        return;
-    }
-    const SeenBox &box = answers.boxes.first();
-    if (title == QLatin1String("Warning")) {
-        compareBox(box, title,
-                   QStringLiteral("Directory \"%1\" already exists, do you want to overwrite?")
-                       .arg(QDir::toNativeSeparators(QDir::cleanPath(path))));
+    } else if (title == QLatin1String("Warning")) {
+        const SeenBox &box = answers.boxes.first();
+        QCOMPARE(box.title, title);
+        QCOMPARE(box.text,
+                 QStringLiteral("Directory \"%1\" already exists, do you want to overwrite?")
+                     .arg(QDir::toNativeSeparators(QDir::cleanPath(path))));
         QCOMPARE(box.buttons, QMessageBox::Yes | QMessageBox::Cancel);
         QCOMPARE(box.defaultButton, QMessageBox::Cancel);
     } else {
-        compareBox(
-            box, title,
+        compareErrorBox(
+            answers.boxes.first(),
             QStringLiteral("Failed to create path \"%1\"").arg(QDir::toNativeSeparators(path)));
-        QCOMPARE(box.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
-        compareExclamation(box);
-        QVERIFY(box.hasWindowIcon);
+        QCOMPARE(answers.boxes.first().buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
     }
-}
-
-void tst_ProtocolGenDlg::checkModuleName_data()
-{
-    QTest::addColumn<QString>("module");
-    QTest::addColumn<bool>("result");
-    QTest::newRow("primitive") << "LUT4" << false;
-    QTest::newRow("primitive in other case") << "lut4" << true;
-    QTest::newRow("primitive as prefix") << "LUT4_wrap" << true;
-    QTest::newRow("last primitive") << "VCC" << false;
 }
 
 void tst_ProtocolGenDlg::checkModuleName()
 {
-    QFETCH(QString, module);
-    QFETCH(bool, result);
-
     Dialog dialog;
-    dialog.uiSetModuleName(module);
     MessageBoxAnswers answers;
-    QCOMPARE(dialog.checkModuleName(), result);
-    QCOMPARE(answers.boxes.size(), result ? 0 : 1);
-    if (!result) {
-        compareBox(answers.boxes.first(), "Error", "Moudle name is the same as primitive name !");
-        compareExclamation(answers.boxes.first());
+    // Primitive names are matched whole and in their own case.
+    for (const char *module : {"lut4", "LUT4_wrap"}) {
+        dialog.uiSetModuleName(QLatin1String(module));
+        QVERIFY2(dialog.checkModuleName(), module);
     }
+    QVERIFY(answers.boxes.isEmpty());
+    dialog.uiSetModuleName(QStringLiteral("LUT4"));
+    QVERIFY(!dialog.checkModuleName());
+    QCOMPARE(answers.boxes.size(), 1);
+    compareErrorBox(answers.boxes.first(), "Moudle name is the same as primitive name !");
 }
 
 void tst_ProtocolGenDlg::pagesAndButtons()
 {
     Dialog dialog;
-    QCOMPARE(dialog.size(), QSize(861, 658));
     // Symbol and fields share a splitter that lets neither collapse.
     auto *splitter = qobject_cast<QSplitter *>(dialog.widget<QWidget>("figure")->parentWidget());
     QVERIFY(splitter && !splitter->childrenCollapsible());
     QCOMPARE(splitter->indexOf(dialog.widget<QWidget>("general")), 1);
-    QVERIFY(dialog.button(QDialogButtonBox::Help)->isHidden());
+    auto *buttons = dialog.widget<QDialogButtonBox>("buttonBox");
+    QVERIFY(buttons->button(QDialogButtonBox::Help)->isHidden());
     QVERIFY(dialog.widget<QComboBox>("synToolComboBox")->isHidden());
 
     auto *tabs = dialog.widget<QTabWidget>("tabOptions");
@@ -430,7 +382,7 @@ void tst_ProtocolGenDlg::pagesAndButtons()
     dialog.uiHideTabOptionLabel(0);
     QVERIFY(tabs->findChild<QTabBar *>()->isHidden());
 
-    QPushButton *ok = dialog.button(QDialogButtonBox::Ok);
+    QPushButton *ok = buttons->button(QDialogButtonBox::Ok);
     dialog.setOptionsAvailable(false);
     QVERIFY(!tabs->isEnabled() && !ok->isEnabled());
     dialog.setOptionsAvailable(true);
@@ -442,7 +394,7 @@ void tst_ProtocolGenDlg::pagesAndButtons()
     dialog.uiSetSynthesisTool(QStringLiteral("b"));
     QCOMPARE(dialog.uiSynthesisTool(), QStringLiteral("B"));
 
-    auto *module = dialog.widget<QLineEdit>("editModuleName");
+    QLineEdit *module = dialog.edit("editModuleName");
     dialog.uiSetModuleNameColor();
     const QColor disabled = module->palette().color(QPalette::Disabled, QPalette::Base);
     for (const auto group : {QPalette::Active, QPalette::Inactive})
@@ -451,7 +403,8 @@ void tst_ProtocolGenDlg::pagesAndButtons()
     MessageBoxAnswers answers;
     dialog.showErrorMsg({QStringLiteral("one"), QStringLiteral("two")});
     QCOMPARE(answers.boxes.size(), 1);
-    QCOMPARE(answers.boxes.first().title, QStringLiteral("Error"));
+    compareErrorBox(answers.boxes.first(), "The following errors occurred while customizing IP, "
+                                           "plese check and correct.");
     QCOMPARE(answers.boxes.first().details, QStringLiteral("one\ntwo"));
 
     dialog.show();
@@ -476,7 +429,6 @@ void tst_ProtocolGenDlg::figure()
     QCOMPARE(pins.at(1).label(), QStringLiteral("tx_data[31:0]"));
     QCOMPARE(pins.at(4).width, 1);
     QCOMPARE(pins.at(4).label(), QStringLiteral("rx_valid"));
-
     dialog.uiSetModuleName(QStringLiteral("xaui_top"));
     QCOMPARE(figure->moduleName(), QStringLiteral("xaui_top"));
 
@@ -495,17 +447,18 @@ void tst_ProtocolGenDlg::figure()
     QVERIFY(figure->pinLine(2).p1().y() < figure->pinLine(4).p1().y());
     QVERIFY(figure->pinLine(4).p1().y() < figure->pinLine(3).p1().y());
 
-    // A bus is drawn thicker than a single wire.
+    // A bus is drawn thicker than a single wire: dark pixels across an input,
+    // just inside its outer end.
     const QImage image = figure->grab().toImage();
     const auto thickness = [&](int pin) {
-        const QLineF wire = figure->pinLine(pin);
-        const int outward = wire.p2().x() > wire.p1().x() ? 1 : -1;
-        return wireThickness(image, qRound(wire.p1().x()) + 2 * outward, qRound(wire.p1().y()));
+        const QPoint at = figure->pinLine(pin).p1().toPoint() + QPoint(2, 0);
+        int dark = 0;
+        for (int dy = -8; dy <= 8; ++dy)
+            dark += qGray(image.pixel(at.x(), at.y() + dy)) < 160 ? 1 : 0;
+        return dark;
     };
     QVERIFY(thickness(0) >= 1);
-    QVERIFY2(thickness(1) > thickness(0),
-             qPrintable(QStringLiteral("%1 vs %2").arg(thickness(1)).arg(thickness(0))));
-    QVERIFY(thickness(2) > thickness(4));
+    QVERIFY2(thickness(1) > thickness(0), qPrintable(QString::number(thickness(1))));
 
     // A symbol larger than the widget is scaled down to fit.
     figure->resize(140, 100);
@@ -523,7 +476,7 @@ void tst_ProtocolGenDlg::outsidePlugin()
 
     IPSERDESIP::serdes::instance()->fileNames = QStringList{QStringLiteral("outside")};
     IPSERDESIP::serdes::instance()->moduleNames = QStringList{QStringLiteral("outside")};
-    const DEV::DeviceArg device = m_db.findByID(QLatin1String(kDeviceWithoutVersion));
+    const DEV::DeviceArg arg = device(kDeviceWithoutVersion);
 
     // The plug-in's own dialog, seen as the frame's: names proposed, fields
     // filled; its accept() makes the directory.
@@ -537,23 +490,12 @@ void tst_ProtocolGenDlg::outsidePlugin()
         dialog->findChild<QSpinBox *>("lanes")->setValue(4);
         dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
     });
-    const QMap<QString, QVariant> args = protocol->create(m_tmp.path(), device);
-    QCOMPARE(seen, (QStringList{"outside_1", "outside_1st", "1", "3", device.name}));
-    QCOMPARE(args.value("file").toString(), QStringLiteral("outside_1"));
-    QCOMPARE(args.value("module").toString(), QStringLiteral("outside_1st"));
+    const QMap<QString, QVariant> args = protocol->create(m_tmp.path(), arg);
+    QCOMPARE(seen, (QStringList{"outside_1", "outside_1st", "1", "3", arg.name}));
+    // The device lies in a protected member, read by the plug-in's own code.
+    QCOMPARE(args.value("target_device").toString(), arg.id);
     QCOMPARE(args.value("lanes").toInt(), 4);
-    QCOMPARE(args.value("target_device").toString(), device.id);
     QVERIFY(QFileInfo(m_tmp.filePath(QStringLiteral("outside_1"))).isDir());
-
-    // Editing reopens the instance where it is; cancel gives nothing back.
-    IPSERDESIP::serdes::instance()->setWorkingDir(m_tmp.path());
-    whenModal<protocolGenDlg>([&seen](protocolGenDlg *dialog) {
-        seen = QStringList{dialog->findChild<QLineEdit *>("editCreateIn")->text(),
-                           QString::number(dialog->findChild<QSpinBox *>("lanes")->value())};
-        dialog->reject();
-    });
-    QVERIFY(protocol->edit(args).isEmpty());
-    QCOMPARE(seen, (QStringList{QDir::toNativeSeparators(m_tmp.path()) + "/outside_1", "4"}));
 
     qDeleteAll(protocols);
     QVERIFY(loader.unload());

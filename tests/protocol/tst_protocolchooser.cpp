@@ -144,11 +144,10 @@ void tst_ProtocolChooser::order_data()
                        "P- SATA Serdes"}
         << "F:Telecommunication{F:Ethernet{H:XAUI}} F:Video{P:eDP H:eDP RX H:eDP TX} "
            "P:Aurora P:SATA";
-    QTest::newRow("code values: capitals first")
-        << QStringList{"P eDP Serdes", "P XAUI Serdes", "P aurora Serdes", "P Aurora Serdes"}
-        << "P:Aurora P:XAUI P:aurora P:eDP";
-    QTest::newRow("a prefix sorts first")
-        << QStringList{"P eDP_RX Serdes", "P eDP Serdes"} << "P:eDP P:eDP RX";
+    QTest::newRow("code values: capitals first, a prefix first")
+        << QStringList{"P eDP_RX Serdes", "P eDP Serdes", "P XAUI Serdes", "P aurora Serdes",
+                       "P Aurora Serdes"}
+        << "P:Aurora P:XAUI P:aurora P:eDP P:eDP RX";
     QTest::newRow("folder before protocol of the same name")
         << QStringList{"P Video Serdes", "P DisplayPort Serdes/Video"}
         << "F:Video{P:DisplayPort} P:Video";
@@ -169,7 +168,6 @@ void tst_ProtocolChooser::order()
     Tree chooser;
     fill(chooser, rows);
     QCOMPARE(dump(chooser.invisibleRootItem()), tree);
-    QCOMPARE(chooser.columnCount(), 2);
     QCOMPARE(chooser.m_items.size(), rows.size());
 }
 
@@ -201,7 +199,6 @@ void tst_ProtocolChooser::rows()
     QCOMPARE(protocol->asked, asked);
     QCOMPARE(row->data(0, Tree::PickableRole), QVariant(pickable));
     QCOMPARE(isGrey(row), !pickable);
-    QCOMPARE(row->data(0, Tree::ProtocolRole).value<BaseProtocol *>(), protocol);
     QCOMPARE(row->text(1), QString()); // the default version
     QTreeWidgetItem *help = find(chooser, "XAUI");
     QCOMPARE(help->data(0, Tree::PickableRole), QVariant(false));
@@ -242,17 +239,11 @@ void tst_ProtocolChooser::testProtocol()
     QVERIFY2(package, qPrintable(loader.errorString()));
     {
         Tree chooser;
-        DEV::DeviceArg noFamily = device();
-        noFamily.family.clear();
         chooser.insertIPCoreList(package->protocols().value(0), device());
-        chooser.insertIPCoreList(package->protocols().value(0), noFamily);
-        QCOMPARE(dump(chooser.invisibleRootItem()),
-                 QString("F:Test{F:Rows{P:TestProtocol P:TestProtocol}}"));
-        const QTreeWidgetItem *rows = chooser.invisibleRootItem()->child(0)->child(0);
-        QCOMPARE(rows->child(0)->text(1), QString("0.1"));
-        QCOMPARE(rows->child(0)->data(0, Tree::PickableRole), QVariant(true));
-        QCOMPARE(rows->child(1)->data(0, Tree::PickableRole), QVariant(false));
-        QCOMPARE(chooser.getIPCoreById("TEST_PROTOCOL"), chooser.m_cores.first());
+        QCOMPARE(dump(chooser.invisibleRootItem()), QString("F:Test{F:Rows{P:TestProtocol}}"));
+        const QTreeWidgetItem *row = find(chooser, "TestProtocol");
+        QCOMPARE(row->text(1), QString("0.1"));
+        QCOMPARE(row->data(0, Tree::PickableRole), QVariant(true));
     }
     QVERIFY(loader.unload());
 }

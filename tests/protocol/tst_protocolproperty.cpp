@@ -70,20 +70,13 @@ QStringList randomRows(QRandomGenerator &random, serdes *model, const QMap<QStri
                 text += QStringLiteral(" REFMUX%1").arg(random.bounded(quad->muxes.size()));
             rows << text;
         };
-        switch (random.bounded(4)) {
-        case 0:
+        const int kind = random.bounded(4);
+        if (kind == 0)
             row(lane);
-            break;
-        case 1:
+        if (kind == 1 || kind == 3)
             row(lane + QStringLiteral("_TX"));
-            break;
-        case 2:
+        if (kind >= 2)
             row(lane + QStringLiteral("_RX"));
-            break;
-        default:
-            row(lane + QStringLiteral("_TX"));
-            row(lane + QStringLiteral("_RX"));
-        }
     }
     return rows;
 }
@@ -91,15 +84,9 @@ QStringList randomRows(QRandomGenerator &random, serdes *model, const QMap<QStri
 // Everything the model can hold, as far as any of it is still held.
 QStringList leftovers(serdes *model)
 {
-    QStringList left;
-    const QString state = held(model);
-    if (!state.isEmpty())
-        left << state;
-    const QString records = routes(model);
-    if (!records.isEmpty())
-        left << records;
-    if (!model->moduleNames.isEmpty() || !model->fileNames.isEmpty())
-        left << model->moduleNames.join(',') + ' ' + model->fileNames.join(',');
+    QStringList left{held(model), routes(model), model->moduleNames.join(','),
+                     model->fileNames.join(',')};
+    left.removeAll(QString());
     return left;
 }
 

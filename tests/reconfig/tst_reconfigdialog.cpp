@@ -94,7 +94,6 @@ void tst_ReconfigDialog::form()
     QCOMPARE(dialog.findChildren<QCheckBox *>().size(), 13);
     for (const QString &name : LANES + TASK_BOXES)
         QVERIFY2(!widget<QCheckBox>(dialog, name)->isChecked(), qPrintable(name));
-    QCOMPARE(widget<QCheckBox>(dialog, "checkBoxq1ln2")->text(), QString("Lane2"));
 
     const QList<QDoubleSpinBox *> reals = dialog.findChildren<QDoubleSpinBox *>();
     QCOMPARE(reals.size(), 10);
@@ -140,8 +139,6 @@ void tst_ReconfigDialog::form()
     const QDialogButtonBox *buttons = widget<QDialogButtonBox>(dialog, "buttonBox");
     QCOMPARE(buttons->standardButtons(),
              QDialogButtonBox::StandardButtons(QDialogButtonBox::Cancel));
-    QCOMPARE(widget<QPushButton>(dialog, "pushButtonDisableAll")->text(), QString("Disable all"));
-    QCOMPARE(widget<QPushButton>(dialog, "pushButtonExport")->text(), QString("Export"));
     QTest::mouseClick(buttons->button(QDialogButtonBox::Cancel), Qt::LeftButton);
     QVERIFY(!dialog.isVisible());
     QCOMPARE(dialog.result(), int(QDialog::Rejected));

@@ -16,7 +16,6 @@ namespace viewstesting {
 inline DEV::DeviceArg deviceOf(const QString &family)
 {
     DEV::DeviceArg device;
-    device.id = QStringLiteral("DEVICE-TEST-1");
     device.name = QStringLiteral("DEVICE-TEST");
     device.family = family;
     return device;
