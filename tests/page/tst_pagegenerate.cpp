@@ -137,7 +137,8 @@ void tst_PageGenerate::mergedOutputs()
     serdesipdlg &page = openPage(
         "RK9C880D-FG1517-2",
         {{"test_1", instance("test_1", 0,
-                             {{"ini", QStringList{"q0_enable true", "q0_ln0_pll_sel qpll0"}},
+                             {{"ini", QStringList{"q0_enable true", "q0_ln0_enable true",
+                                                  "q0_ln0_pll_sel qpll0"}},
                               {"csr", QStringList{"# register text"}},
                               {"mod", QStringList{"-test_1_port input 1 clk",
                                                   "-test_1_param WIDTH 16"}}})},
@@ -171,6 +172,17 @@ void tst_PageGenerate::mergedOutputs()
     // appended as often as it comes.
     const QStringList csr = linesOf(path("serdes.csr"));
     QCOMPARE(csr.count("# register text"), 2);
+    // The parameter file describes the wires of the enabled lane and the
+    // network's PLLs and muxes in use, as the model's routes do.
+    using Wires = QList<QPair<QString, QString>>;
+    const Wires fromToml = page.getConnectList();
+    QCOMPARE(fromToml, Wires({{"Q0_QPLL0", "Q0_LANE0_TX"},
+                              {"Q0_REFCLK0", "Q0_MUX0"},
+                              {"Q0_MUX0", "Q0_QPLL0"}}));
+    const Wires fromModel = page.getConnectListFromToml();
+    for (const auto &wire : fromToml)
+        QVERIFY(fromModel.contains(wire));
+    QVERIFY(!QFile::exists("serdes_tmp.toml"));
     const auto results = TE::TaskEngine::instance()->flowManager()->resultFiles();
     QVERIFY(results.contains(
         qMakePair(QFileInfo(path("serdes.csr")).canonicalFilePath(), QString("RES.serdes.csr"))));
