@@ -28,6 +28,7 @@ void BoxItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget
     painter->setPen(pen);
     painter->setBrush(Qt::NoBrush);
     painter->drawRect(rect);
+    useCaptionFont(painter);
     painter->drawText(rect, label, QTextOption(Qt::AlignHCenter | Qt::AlignTop));
     painter->restore();
 }

@@ -3,6 +3,7 @@
 
 #include "views/schematiclayout.h"
 
+#include <QFont>
 #include <QPainter>
 #include <QTextOption>
 
@@ -29,8 +30,16 @@ void Item::endShape(QPainter *painter, const QString &label, const QRectF &textR
     QPen pen = painter->pen();
     pen.setColor(Qt::black);
     painter->setPen(pen);
+    useCaptionFont(painter);
     painter->drawText(textRect, label, QTextOption(Qt::AlignHCenter | Qt::AlignVCenter));
     painter->restore();
+}
+
+void useCaptionFont(QPainter *painter)
+{
+    QFont font = painter->font();
+    font.setPixelSize(schematic::CAPTION_PIXELS);
+    painter->setFont(font);
 }
 
 } // namespace IPSERDESIP

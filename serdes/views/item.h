@@ -48,4 +48,8 @@ protected:
     void endShape(QPainter *painter, const QString &label, const QRectF &textRect) const;
 };
 
+// Sets the captions' font: a fixed size in pixels, so that a picture saved
+// without a window reads as the window does, whatever the platform's fonts.
+void useCaptionFont(QPainter *painter);
+
 } // namespace IPSERDESIP

@@ -68,6 +68,9 @@ struct QuadOffsetRow
 };
 
 // Quad q stands QUAD_PITCH * q lower than quad 0.
+// Height of every caption's font, in pixels.
+constexpr int CAPTION_PIXELS = 12;
+
 constexpr double QUAD_PITCH = 700;
 
 constexpr const char *QUAD_LABELS[] = {"Quad0", "Quad1"};
