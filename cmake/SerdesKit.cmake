@@ -41,9 +41,10 @@ endfunction()
 # <install prefix>, into ipcore/SERDES_IP/IPlib/<name>/ there.
 include(ExternalProject)
 function(serdes_build_outside target source prefix)
-    set(flags "")
+    # The same warnings as the core's own code, and its sanitizers.
+    set(flags "-Wall -Wextra")
     if(SERDES_SANITIZE)
-        set(flags "-fsanitize=address,undefined -fno-omit-frame-pointer")
+        string(APPEND flags " -fsanitize=address,undefined -fno-omit-frame-pointer")
     endif()
     ExternalProject_Add(${target}
         SOURCE_DIR ${source}
