@@ -65,6 +65,20 @@ public:
         package->path = QFileInfo(m_loader.fileName()).absolutePath();
         m_protocols = package->protocols();
     }
+    // "name|id|category path|version", with "+help" when the help page can be
+    // read and shows a picture.
+    QString identity() const
+    {
+        const IPSERDESIP::BaseProtocol *p = protocol();
+        if (!p)
+            return QString();
+        QFile help(p->summaryFile());
+        const QByteArray page = help.open(QIODevice::ReadOnly) ? help.readAll() : QByteArray();
+        const bool picture = page.contains("<svg") || page.contains("<img");
+        return QStringList({p->name(), p->id(), p->category().join('/'), p->version()}).join('|')
+               + (picture ? "+help" : "");
+    }
+
     ~ProtocolHarness()
     {
         m_held.clear();
