@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ipcore/tvmodgenproxy.h"
 
-#include "ipcore/ipcorefile.h"
 #include "utils/messages.h"
 
 #include <QDir>
@@ -10,6 +9,8 @@
 #include <QHash>
 #include <QMap>
 #include <QRegularExpression>
+#include <QSaveFile>
+#include <QSet>
 #include <QTextStream>
 #include <QVector>
 
@@ -79,6 +80,65 @@ bool isIdentifier(const QString &name, bool vhdl)
     return (vhdl ? vhdlName : verilog).match(name).hasMatch();
 }
 
+// The keywords of IEEE 1800-2017, which hold all of 1364-2005's. The outputs
+// are plain Verilog, but tools commonly read .v files as SystemVerilog and the
+// template gets included in SystemVerilog sources, where these words break it.
+const char *const VERILOG_KEYWORDS
+    = "accept_on alias always always_comb always_ff always_latch and assert assign assume "
+      "automatic before begin bind bins binsof bit break buf bufif0 bufif1 byte case casex "
+      "casez cell chandle checker class clocking cmos config const constraint context continue "
+      "cover covergroup coverpoint cross deassign default defparam design disable dist do edge "
+      "else end endcase endchecker endclass endclocking endconfig endfunction endgenerate "
+      "endgroup endinterface endmodule endpackage endprimitive endprogram endproperty "
+      "endspecify endsequence endtable endtask enum event eventually expect export extends "
+      "extern final first_match for force foreach forever fork forkjoin function generate "
+      "genvar global highz0 highz1 if iff ifnone ignore_bins illegal_bins implements implies "
+      "import incdir include initial inout input inside instance int integer interconnect "
+      "interface intersect join join_any join_none large let liblist library local localparam "
+      "logic longint macromodule matches medium modport module nand negedge nettype new "
+      "nexttime nmos nor noshowcancelled not notif0 notif1 null or output package packed "
+      "parameter pmos posedge primitive priority program property protected pull0 pull1 "
+      "pulldown pullup pulsestyle_ondetect pulsestyle_onevent pure rand randc randcase "
+      "randsequence rcmos real realtime ref reg reject_on release repeat restrict return rnmos "
+      "rpmos rtran rtranif0 rtranif1 s_always s_eventually s_nexttime s_until s_until_with "
+      "scalared sequence shortint shortreal showcancelled signed small soft solve specify "
+      "specparam static string strong strong0 strong1 struct super supply0 supply1 "
+      "sync_accept_on sync_reject_on table tagged task this throughout time timeprecision "
+      "timeunit tran tranif0 tranif1 tri tri0 tri1 triand trior trireg type typedef union "
+      "unique unique0 unsigned until until_with untyped use uwire var vectored virtual void "
+      "wait wait_order wand weak weak0 weak1 while wildcard wire with within wor xnor xor";
+
+// The reserved words of VHDL-2008, the PSL ones included.
+const char *const VHDL_RESERVED
+    = "abs access after alias all and architecture array assert assume assume_guarantee "
+      "attribute begin block body buffer bus case component configuration constant context "
+      "cover default disconnect downto else elsif end entity exit fairness file for force "
+      "function generate generic group guarded if impure in inertial inout is label library "
+      "linkage literal loop map mod nand new next nor not null of on open or others out package "
+      "parameter port postponed procedure process property protected pure range record register "
+      "reject release rem report restrict restrict_guarantee return rol ror select sequence "
+      "severity shared signal sla sll sra srl strong subtype then to transport type unaffected "
+      "units until use variable vmode vprop vunit wait when while with xnor xor";
+
+QSet<QString> wordSet(const char *words)
+{
+    const QStringList list = QString::fromLatin1(words).split(QLatin1Char(' '));
+    return QSet<QString>(list.cbegin(), list.cend());
+}
+
+// No word of either list begins with "u_", so the instance names u_<module>
+// need no check of their own.
+//
+// Only the words of the language written count: no tool of the other language
+// reads these files, and a port "signal" is as good a Verilog name as "wire"
+// is a VHDL one.
+bool isReserved(const QString &name, bool vhdl)
+{
+    static const QSet<QString> verilog = wordSet(VERILOG_KEYWORDS);
+    static const QSet<QString> vhdlWords = wordSet(VHDL_RESERVED);
+    return vhdl ? vhdlWords.contains(name.toLower()) : verilog.contains(name);
+}
+
 // VHDL names are case-insensitive, so clashes are found on folded names there.
 QString scopeKey(const QString &name, bool vhdl)
 {
@@ -106,12 +166,27 @@ private:
         m_errors
             << QStringLiteral("%1 line %2: %3: \"%4\"").arg(m_fileName).arg(number).arg(why, text);
     }
+    // Why `name` cannot be the `what` of the line, or empty when it can.
+    QString badName(const QString &what, const QString &name) const
+    {
+        if (!isIdentifier(name, m_design.vhdl))
+            return QString(what + QStringLiteral(" is no identifier"));
+        return reservedName(what, name);
+    }
+    QString reservedName(const QString &what, const QString &name) const
+    {
+        if (!isReserved(name, m_design.vhdl))
+            return QString();
+        return QStringLiteral("%1 \"%2\" is a reserved word of %3")
+            .arg(what, name, m_design.vhdl ? QStringLiteral("VHDL") : QStringLiteral("Verilog"));
+    }
     void parseHeader(int number, const QString &text, const QString &key, const QString &value);
     void parseInstanceLine(int number, const QString &text, const QString &key,
                            const QString &value);
 
     QString m_fileName;
     Design m_design;
+    QSet<QString> m_given; // the header keys given, whether accepted or not
     QStringList m_errors;
 };
 
@@ -134,18 +209,19 @@ void Parser::parseLine(int number, const QString &text)
     const QRegularExpressionMatch start = instanceStart.match(key);
     if (start.hasMatch()) {
         const int index = m_design.instances.size();
+        Instance instance;
+        instance.module = value;
+        const QString badModule = badName(QStringLiteral("module name"), value);
         if (start.captured(1) != QString::number(index))
             fail(number, text, QStringLiteral("instance number %1 expected").arg(index));
-        else if (!isIdentifier(value, m_design.vhdl))
-            fail(number, text, QStringLiteral("module name is no identifier"));
+        else if (!badModule.isEmpty())
+            fail(number, text, badModule);
         for (const Instance &other : qAsConst(m_design.instances)) {
             if (scopeKey(other.module, m_design.vhdl) == scopeKey(value, m_design.vhdl))
                 fail(number, text, QStringLiteral("module named by an earlier instance"));
         }
         // The instance is kept even when refused, so that its own lines are
         // checked against its name rather than reported as strays.
-        Instance instance;
-        instance.module = value;
         m_design.instances << instance;
         return;
     }
@@ -161,9 +237,18 @@ void Parser::parseHeader(int number, const QString &text, const QString &key, co
         fail(number, text, QStringLiteral("unknown header key"));
         return;
     }
-    if (m_design.header.contains(key)) {
+    if (m_given.contains(key)) {
         fail(number, text, QStringLiteral("\"-%1\" given twice").arg(key));
         return;
+    }
+    // A refused line was still given: it is not reported again as missing.
+    m_given.insert(key);
+    if (key == QLatin1String("mod_name")) {
+        const QString why = badName(QStringLiteral("top module name"), value);
+        if (!why.isEmpty()) {
+            fail(number, text, why);
+            return;
+        }
     }
     bool ok = true;
     if (key == QLatin1String("type"))
@@ -173,8 +258,6 @@ void Parser::parseHeader(int number, const QString &text, const QString &key, co
     else if (key == QLatin1String("file_name"))
         ok = !value.isEmpty() && !value.contains(QLatin1Char('/'))
              && !value.contains(QLatin1Char('\\'));
-    else if (key == QLatin1String("mod_name"))
-        ok = isIdentifier(value, m_design.vhdl);
     else if (key == QLatin1String("path"))
         ok = !value.isEmpty();
     if (!ok) {
@@ -201,24 +284,33 @@ void Parser::parseInstanceLine(int number, const QString &text, const QString &k
             = {QStringLiteral("input"), QStringLiteral("output"), QStringLiteral("inout")};
         bool widthOk = false;
         const int width = words.value(1).toInt(&widthOk);
-        if (words.size() != 3)
+        if (words.size() != 3) {
             fail(number, text, QStringLiteral("a port takes a direction, a width and a name"));
-        else if (!directions.contains(words.at(0)))
+            return;
+        }
+        const Port port{words.at(0), width, words.at(2)};
+        // Module and port name may each be fine and still join to a keyword at
+        // the top, as "pulsestyle" and "onevent" do.
+        QString why = badName(QStringLiteral("port name"), port.name);
+        if (why.isEmpty())
+            why = reservedName(QStringLiteral("top port"), m_design.topPort(instance, port));
+        if (!directions.contains(port.direction))
             fail(number, text, QStringLiteral("direction must be input, output or inout"));
         else if (!widthOk || width < 1 || width > MAX_PORT_WIDTH)
             fail(number, text, QStringLiteral("width must be 1 to %1").arg(MAX_PORT_WIDTH));
-        else if (!isIdentifier(words.at(2), m_design.vhdl))
-            fail(number, text, QStringLiteral("port name is no identifier"));
+        else if (!why.isEmpty())
+            fail(number, text, why);
         else
-            instance.ports << Port{words.at(0), width, words.at(2)};
+            instance.ports << port;
         return;
     }
     if (item == QLatin1String("_param")) {
         static const QRegularExpression literal(QStringLiteral("^(-?[0-9]+|\"[^\"\\\\]*\")$"));
         const QString name = words.value(0);
         const QString literalText = value.mid(name.size()).trimmed();
-        if (!isIdentifier(name, m_design.vhdl))
-            fail(number, text, QStringLiteral("parameter name is no identifier"));
+        const QString why = badName(QStringLiteral("parameter name"), name);
+        if (!why.isEmpty())
+            fail(number, text, why);
         else if (!literal.match(literalText).hasMatch())
             fail(number, text, QStringLiteral("value must be an integer or a quoted string"));
         else
@@ -236,7 +328,7 @@ void Parser::parseInstanceLine(int number, const QString &text, const QString &k
 void Parser::finish()
 {
     for (const char *key : REQUIRED_KEYS) {
-        if (!m_design.header.contains(QLatin1String(key)))
+        if (!m_given.contains(QLatin1String(key)))
             m_errors << QStringLiteral("%1: no \"-%2\" line").arg(m_fileName, QLatin1String(key));
     }
     const QString fileType = m_design.value("file_type");
@@ -499,6 +591,85 @@ QStringList vhdlTemplate(const Design &design)
     return lines;
 }
 
+// Writes `lines` to the staging file of `file`, which replaces its target
+// only at commit().
+bool stage(QSaveFile &file, const QStringList &lines)
+{
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
+        return false;
+    QTextStream out(&file);
+    out.setCodec("UTF-8");
+    for (const QString &line : lines)
+        out << line << '\n';
+    out.flush();
+    return out.status() == QTextStream::Ok;
+}
+
+// Puts `path` back as it was: with its old contents `previous`, or gone when
+// it did not exist.
+bool restore(const QString &path, bool existed, const QByteArray &previous, QString *error)
+{
+    if (!existed) {
+        QFile file(path);
+        if (file.remove())
+            return true;
+        *error = file.errorString();
+        return false;
+    }
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly) && file.write(previous) == previous.size() && file.commit())
+        return true;
+    *error = file.errorString();
+    return false;
+}
+
+// Replaces the top and the template together: both are staged in full before
+// either target is touched, and a top already replaced gets its old contents
+// back should the template's replacement still fail. Returns what went wrong,
+// or an empty string.
+QString writeOutputs(const QString &cmdFile, const QString &topPath, const QStringList &top,
+                     const QString &templatePath, const QStringList &tmpl)
+{
+    const QString source = QDir::toNativeSeparators(cmdFile);
+    auto failure = [&](const QSaveFile &file) {
+        return QStringLiteral("%1: cannot write \"%2\": %3. Nothing was written.")
+            .arg(source, QDir::toNativeSeparators(file.fileName()), file.errorString());
+    };
+    QSaveFile topFile(topPath);
+    QSaveFile templateFile(templatePath);
+    if (!stage(topFile, top))
+        return failure(topFile);
+    if (!stage(templateFile, tmpl))
+        return failure(templateFile);
+
+    // The old top is read before anything is replaced, since it cannot be
+    // put back otherwise.
+    QByteArray previous;
+    QFile oldTop(topPath);
+    const bool hadTop = oldTop.exists();
+    if (hadTop) {
+        if (oldTop.open(QIODevice::ReadOnly))
+            previous = oldTop.readAll();
+        if (!oldTop.isOpen() || oldTop.error() != QFileDevice::NoError)
+            return QStringLiteral("%1: cannot read \"%2\" to keep it until its successor is "
+                                  "complete: %3. Nothing was written.")
+                .arg(source, QDir::toNativeSeparators(topPath), oldTop.errorString());
+        oldTop.close();
+    }
+    if (!topFile.commit())
+        return failure(topFile);
+    if (!templateFile.commit()) {
+        QString error;
+        if (restore(topPath, hadTop, previous, &error))
+            return failure(templateFile);
+        return QStringLiteral("%1: cannot write \"%2\": %3. \"%4\" was replaced already and "
+                              "cannot be put back: %5.")
+            .arg(source, QDir::toNativeSeparators(templatePath), templateFile.errorString(),
+                 QDir::toNativeSeparators(topPath), error);
+    }
+    return QString();
+}
+
 } // namespace
 
 TvModGenProxy::TvModGenProxy(QObject *parent)
@@ -507,7 +678,8 @@ TvModGenProxy::TvModGenProxy(QObject *parent)
 
 TvModGenProxy::~TvModGenProxy() = default;
 
-int TvModGenProxy::startModGen(const QString &cmdFile, FileType type, bool verbose)
+TvModGenProxy::Result TvModGenProxy::startModGen(const QString &cmdFile, FileType type,
+                                                 bool verbose)
 {
     m_error.clear();
     const bool vhdl = type != Verilog;
@@ -516,7 +688,7 @@ int TvModGenProxy::startModGen(const QString &cmdFile, FileType type, bool verbo
         m_error = QStringLiteral("Cannot read the module generator's command file \"%1\": %2")
                       .arg(QDir::toNativeSeparators(cmdFile), file.errorString());
         Utils::showError(nullptr, m_error);
-        return 1;
+        return CannotRead;
     }
 
     Parser parser(QDir::toNativeSeparators(cmdFile), vhdl);
@@ -537,25 +709,23 @@ int TvModGenProxy::startModGen(const QString &cmdFile, FileType type, bool verbo
     if (!errors.isEmpty()) {
         m_error = errors.join(QLatin1Char('\n'));
         Utils::showError(nullptr, m_error);
-        return 2;
+        return Refused;
     }
 
     const QString suffix = vhdl ? QStringLiteral(".vhd") : QStringLiteral(".v");
     const QString base = outDir.absoluteFilePath(design.value("file_name"));
     const QString topPath = QString(base + suffix);
     const QString templatePath = QString(base + QStringLiteral("_tmp") + suffix);
-    // generateFile tells the user itself when it cannot write.
-    if (!generateFile(topPath, vhdl ? vhdlTop(design) : verilogTop(design), nullptr, QString())
-        || !generateFile(templatePath, vhdl ? vhdlTemplate(design) : verilogTemplate(design),
-                         nullptr, QString())) {
-        m_error = QStringLiteral("The module generator could not write its outputs in \"%1\".")
-                      .arg(QDir::toNativeSeparators(outDir.path()));
-        return 3;
+    m_error = writeOutputs(cmdFile, topPath, vhdl ? vhdlTop(design) : verilogTop(design),
+                           templatePath, vhdl ? vhdlTemplate(design) : verilogTemplate(design));
+    if (!m_error.isEmpty()) {
+        Utils::showError(nullptr, m_error);
+        return CannotWrite;
     }
     if (verbose)
         qInfo("Module generator wrote %s and %s", qPrintable(QDir::toNativeSeparators(topPath)),
               qPrintable(QDir::toNativeSeparators(templatePath)));
-    return 0;
+    return Done;
 }
 
 } // namespace IPCore

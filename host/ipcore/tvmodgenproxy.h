@@ -34,22 +34,33 @@ enum FileType { Verilog = 0, VHDL = 1 };
 // marks that the instance shares the Upar register port: the arbiter is a
 // netlist of its own, instantiated from its own template, so it is not wired in
 // here. Anything else is refused: the generator writes what the file says and
-// nothing more.
+// nothing more. So is any name, as given or as exposed at the top, that is a
+// reserved word of the language written.
 //
-// Outputs: <path><file_name>.v and <path><file_name>_tmp.v, or .vhd for VHDL.
+// Outputs: <path><file_name>.v and <path><file_name>_tmp.v, or .vhd for VHDL,
+// replaced together or not at all.
 class HOSTPLATFORM_EXPORT TvModGenProxy : public QObject
 {
     Q_OBJECT
 
 public:
+    // Callers test for 0, so Done must stay 0.
+    enum Result {
+        Done = 0,
+        CannotRead,  // the command file could not be opened
+        Refused,     // the command file is wrong or its output directory is missing
+        CannotWrite, // an output could not be written
+    };
+    Q_ENUM(Result)
+
     explicit TvModGenProxy(QObject *parent = nullptr);
     ~TvModGenProxy() override;
 
-    // Returns 0 when both files were written. Otherwise nothing is written,
+    // Returns Done when both files were written. Otherwise nothing is written,
     // every problem found is reported through the host's error reporting and
     // errorString() holds the same text. `verbose` announces the written files
     // on the message handler.
-    int startModGen(const QString &cmdFile, FileType type, bool verbose);
+    Result startModGen(const QString &cmdFile, FileType type, bool verbose);
 
     QString errorString() const { return m_error; }
 

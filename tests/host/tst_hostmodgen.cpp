@@ -133,7 +133,7 @@ void tst_HostModGen::verilogCompiles()
         IPCore::generateFile(command, header(dir.path(), "vlg") + instances, nullptr, QString()));
 
     IPCore::TvModGenProxy proxy;
-    QCOMPARE(proxy.startModGen(command, IPCore::Verilog, false), 0);
+    QCOMPARE(proxy.startModGen(command, IPCore::Verilog, false), IPCore::TvModGenProxy::Done);
     QVERIFY2(proxy.errorString().isEmpty(), qPrintable(proxy.errorString()));
 
     const QString top = dir.filePath("serdes_top.v");
@@ -162,7 +162,7 @@ void tst_HostModGen::vhdl()
     QVERIFY(IPCore::generateFile(command, lines, nullptr, QString()));
 
     IPCore::TvModGenProxy proxy;
-    QCOMPARE(proxy.startModGen(command, IPCore::VHDL, false), 0);
+    QCOMPARE(proxy.startModGen(command, IPCore::VHDL, false), IPCore::TvModGenProxy::Done);
     QVERIFY(!QFile::exists(dir.filePath("serdes_top.v")));
     const QString top = QString::fromUtf8(readAll(dir.filePath("serdes_top.vhd")));
     const QString tmpl = QString::fromUtf8(readAll(dir.filePath("serdes_top_tmp.vhd")));
@@ -182,13 +182,17 @@ void tst_HostModGen::refusals_data()
     QTest::addColumn<QStringList>("expected");
     QTest::addColumn<QString>("replace");
     QTest::addColumn<QString>("by");
+    // Entries of the output directory before the run, which it must leave as
+    // they were: a name ending in "/" is a directory.
+    QTest::addColumn<QStringList>("existing");
 
     // The header takes lines 1 to 11; the first instance line is line 12.
     const QStringList eth = {"-protocol_module_name0 eth"};
     auto row = [&](const char *name, const QStringList &more, const QStringList &expected,
                    int type = IPCore::Verilog, const QString &replace = QString(),
-                   const QString &by = QString()) {
-        QTest::newRow(name) << QStringList(eth + more) << type << expected << replace << by;
+                   const QString &by = QString(), const QStringList &existing = {}) {
+        QTest::newRow(name) << QStringList(eth + more) << type << expected << replace << by
+                            << existing;
     };
     row("no dash", {"eth_port input 1 a"},
         {"line 13: not of the form \"-key value\": \"eth_port input 1 a\""});
@@ -209,6 +213,27 @@ void tst_HostModGen::refusals_data()
     row("no module name", {}, {"no \"-mod_name\" line"}, IPCore::Verilog, "-mod_name", QString());
     row("no output directory", {}, {"does not exist"}, IPCore::Verilog, "-path", "-path gone/");
     row("unreadable command file", {}, {"Cannot read"}, IPCore::Verilog, "*", QString());
+    row("Verilog keywords",
+        {"-eth_port output 1 logic", "-protocol_module_name1 pulsestyle",
+         "-pulsestyle_port input 1 onevent", "-pulsestyle_param begin 1"},
+        {"line 5: top module name \"module\" is a reserved word of Verilog: \"-mod_name module\"",
+         "line 13: port name \"logic\" is a reserved word of Verilog: "
+         "\"-eth_port output 1 logic\"",
+         "line 15: top port \"pulsestyle_onevent\" is a reserved word of Verilog",
+         "line 16: parameter name \"begin\" is a reserved word of Verilog"},
+        IPCore::Verilog, "-mod_name", "-mod_name module");
+    row("VHDL reserved words in any case",
+        {"-eth_port input 1 signal", "-protocol_module_name1 Entity"},
+        {"line 13: port name \"signal\" is a reserved word of VHDL: \"-eth_port input 1 signal\"",
+         "line 14: module name \"Entity\" is a reserved word of VHDL: "
+         "\"-protocol_module_name1 Entity\""},
+        IPCore::VHDL, "-file_type", "-file_type vhdl");
+    row("top cannot be written", {}, {"cannot write", "serdes_top.v\""}, IPCore::Verilog, {}, {},
+        {"serdes_top.v/"});
+    row("template cannot be written", {}, {"cannot write", "serdes_top_tmp.v\""}, IPCore::Verilog,
+        {}, {}, {"serdes_top_tmp.v/"});
+    row("old top kept when the template cannot be written", {}, {"serdes_top_tmp.v\""},
+        IPCore::Verilog, {}, {}, {"serdes_top.v", "serdes_top_tmp.v/"});
 }
 
 void tst_HostModGen::refusals()
@@ -218,6 +243,7 @@ void tst_HostModGen::refusals()
     QFETCH(QStringList, expected);
     QFETCH(QString, replace);
     QFETCH(QString, by);
+    QFETCH(QStringList, existing);
 
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
@@ -231,15 +257,30 @@ void tst_HostModGen::refusals()
         QVERIFY(QDir(dir.path()).mkdir("serdes.mod"));
     else
         QVERIFY(IPCore::generateFile(command, all, nullptr, QString()));
+    QStringList entries{"serdes.mod"};
+    for (const QString &entry : existing) {
+        if (entry.endsWith('/'))
+            QVERIFY(QDir(dir.path()).mkdir(entry.chopped(1)));
+        else
+            QVERIFY(writeFile(dir.filePath(entry), "old " + entry.toUtf8()));
+        entries << entry.section('/', 0, 0);
+    }
 
     // Without widgets the host reports on the message handler.
     QTest::ignoreMessage(QtCriticalMsg, QRegularExpression("serdes\\.mod"));
     IPCore::TvModGenProxy proxy;
-    QVERIFY(proxy.startModGen(command, IPCore::FileType(type), false) != 0);
+    QVERIFY(proxy.startModGen(command, IPCore::FileType(type), false)
+            != IPCore::TvModGenProxy::Done);
     for (const QString &text : expected)
         QVERIFY2(proxy.errorString().contains(text), qPrintable(proxy.errorString()));
-    QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot),
-             QStringList{"serdes.mod"});
+    QStringList left = QDir(dir.path()).entryList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot);
+    left.sort();
+    entries.sort();
+    QCOMPARE(left, entries);
+    for (const QString &entry : existing) {
+        if (!entry.endsWith('/'))
+            QCOMPARE(readAll(dir.filePath(entry)), QByteArray("old " + entry.toUtf8()));
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_HostModGen)
