@@ -215,10 +215,12 @@ bool serdes::addItem(Message *msg, QString &err)
             // Each line holds the source once, so a whole lane holds it twice.
             if (!row.ref->set(row.freq) || !row.ref->set(row.freq))
                 return fail(err, "frequence set error");
-            if (!route(*this, row, tx))
-                return fail(err, "tx route error");
-            if (!route(*this, row, rx))
-                return fail(err, "rx route error");
+            // Both lines are routed before a refusal, so that the request
+            // holds both routes it could get and names every failing half.
+            const bool txRouted = route(*this, row, tx) || fail(err, "tx route error");
+            const bool rxRouted = route(*this, row, rx) || fail(err, "rx route error");
+            if (!txRouted || !rxRouted)
+                return false;
         }
     }
     moduleNames.append(msg->module);
@@ -260,10 +262,10 @@ bool serdes::addItemForRxConnectPll(Message *msg, QString &err)
             }
             if (!row.ref->set(row.freq) || !row.ref->set(row.freq))
                 return fail(err, "frequence set error");
-            if (!routeOverPll(*this, row, rx))
-                return fail(err, "rx route error");
-            if (!routeOverPll(*this, row, tx))
-                return fail(err, "tx route error");
+            const bool rxRouted = routeOverPll(*this, row, rx) || fail(err, "rx route error");
+            const bool txRouted = routeOverPll(*this, row, tx) || fail(err, "tx route error");
+            if (!rxRouted || !txRouted)
+                return false;
         }
     }
     moduleNames.append(msg->module);

@@ -262,7 +262,14 @@ void MicroSysIPGenDlg::setModuleName(const QString &name)
 
 void MicroSysIPGenDlg::uiSetLanguageIndex(int index)
 {
-    m_ui->comboBoxLanguage->setCurrentIndex(index);
+    // A new core is written in Verilog, the box's one row. A configuration
+    // that says otherwise is a VHDL core (any index but 0 is VHDL), and the
+    // box gets the row it needs to show and keep that: an index the box lacks
+    // would leave it at -1, which names no language, and the top file, the
+    // arbiter's synthesis and the saved file would each read it differently.
+    if (index != 0 && m_ui->comboBoxLanguage->count() < 2)
+        m_ui->comboBoxLanguage->addItem(QStringLiteral("VHDL"));
+    m_ui->comboBoxLanguage->setCurrentIndex(index == 0 ? 0 : 1);
 }
 
 void MicroSysIPGenDlg::uiSetSynthesisTool(const QString &tool)

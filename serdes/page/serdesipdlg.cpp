@@ -167,8 +167,10 @@ void serdesipdlg::dialogDidPrepare()
     connect(m_ui->pushButtonCreate, &QPushButton::clicked, this,
             &serdesipdlg::onCreateButtonClidked);
     connect(m_tree, &QTreeWidget::itemSelectionChanged, this, &serdesipdlg::onSelectIP);
+    // The frame already passes the pane's links on to onLinkClicked (the view
+    // forwards its page's signal); a second connection would open each link
+    // twice.
     m_webView->page()->setLinkDelegationPolicy(QWebPage::DelegateExternalLinks);
-    connect(m_webView->page(), &QWebPage::linkClicked, this, &MicroSysIPGenDlg::onLinkClicked);
 
     // The row shown first: the first protocol of the second folder of the
     // tree's first folder. Positions that do not exist give an invalid index,

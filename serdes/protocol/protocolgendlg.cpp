@@ -259,8 +259,11 @@ bool protocolGenDlg::setOpening(const QMap<QString, QVariant> &args)
     m_ui->editCreateIn->setReadOnly(true);
     m_ui->editCreateIn->setEnabled(false);
     m_ui->btnBrowse->setEnabled(false);
-    // An opened instance lies in the configuration's directory; keeping it
-    // here too lets a path that follows the file name stay there.
+    // Kept although only setCreating fills it: a dialog whose path follows
+    // the file name (fileNameConnectCreatIn) rewrites "Create In" when
+    // fillFileInfo sets the name below, and without the configuration's
+    // directory here the user would see, and the instance would be written
+    // to, "./<file>" relative to wherever the generator was started.
     m_createPath = serdes::instance()->workingDir();
     m_ui->editCreateIn->setText(nativeDir(m_createPath) + QLatin1Char('/')
                                 + args.value(QLatin1String(FILE_NAME)).toString());

@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QProcess>
 #include <QStringMatcher>
 #include <QVector>
@@ -27,6 +28,7 @@ namespace {
 const char TOML_FILE[] = "serdes_tmp.toml";
 const char WRITE_ERROR[] = "%1:\nFailed to write file.";
 const char TOOL_MISSING[] = "Can not find %1, please check your installation.";
+const char TOOL_NOT_STARTED[] = "Can not start %1: %2";
 
 // The compiler gets this long; what it has not finished by then counts as
 // done, and the page's check that the register file exists is what remains.
@@ -45,6 +47,14 @@ const std::array<const char *, 10> SECTIONS_880K = {
 const std::array<const char *, 5> SECTIONS_ONE_QUAD = {
     "[q0]", "[q0.ln0]", "[q0.ln1]", "[q0.ln2]", "[q0.ln3]",
 };
+
+// These failures come with no output of a tool: the list dies with its
+// generator, so the message handler gets them too and they are never lost.
+void reportTo(QStringList &errList, const QString &error)
+{
+    qCritical("%s", qPrintable(error));
+    errList.append(error);
+}
 
 // The lanes whose main equaliser tap is computed, in order: q0's, then q1's.
 QStringList lanesOf(int quads)
@@ -174,6 +184,10 @@ bool writeToml(const QString &path, const QStringList &lines,
 {
     QString device;
     std::array<QByteArray, N> bodies;
+    // The value each field of a section was given first. A second entry of a
+    // field would make the file invalid TOML; it is dropped, so that a line
+    // given by a protocol beats the default behind it.
+    std::array<QHash<QString, QString>, N> firstValues;
     // About what a lane section of every tier holds.
     for (QByteArray &body : bodies)
         body.reserve(4096);
@@ -195,7 +209,18 @@ bool writeToml(const QString &path, const QStringList &lines,
         for (std::size_t i = 0; i < N; ++i) {
             if (header != QLatin1String(sections[i]))
                 continue;
-            appendEntry(bodies[i], line.midRef(close + 2, to - close - 2));
+            const QStringRef entry = line.midRef(close + 2, to - close - 2);
+            const int blank = entry.indexOf(QLatin1Char(' '));
+            const QString field = entry.left(blank).toString();
+            const QString value = blank < 0 ? QString() : entry.mid(blank + 1).toString();
+            const auto first = firstValues[i].constFind(field);
+            if (first != firstValues[i].cend()) {
+                qWarning().noquote() << QStringLiteral("%1 %2: kept %3, dropped %4")
+                                            .arg(header.toString(), field, first.value(), value);
+                return;
+            }
+            firstValues[i].insert(field, value);
+            appendEntry(bodies[i], entry);
             bodies[i] += '\n';
             return;
         }
@@ -229,7 +254,7 @@ bool writeToml(const QString &path, const QStringList &lines,
 
     QFile out(path);
     if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
-        errList.append(QString::fromLatin1(WRITE_ERROR).arg(QDir::toNativeSeparators(path)));
+        reportTo(errList, QString::fromLatin1(WRITE_ERROR).arg(QDir::toNativeSeparators(path)));
         return false;
     }
     out.write(text);
@@ -364,16 +389,24 @@ bool generator::generateCSR(const char *tool, const QString &tomlPath, const QSt
         = QCoreApplication::applicationDirPath() + QLatin1Char('/') + QLatin1String(tool);
     const QString cleaned = QDir::cleanPath(program);
     if (!QFileInfo::exists(cleaned)) {
-        errList.append(QString::fromLatin1(TOOL_MISSING).arg(QDir::toNativeSeparators(cleaned)));
+        reportTo(errList, QString::fromLatin1(TOOL_MISSING).arg(QDir::toNativeSeparators(cleaned)));
         return false;
     }
 
     auto process = std::make_unique<QProcess>();
     process->start(program, {tomlPath, QStringLiteral("-o"), csrPath}, QIODevice::ReadWrite);
-    // Neither a failed start nor the time limit fails the step: both read as
-    // exit code 0. They are told apart here for whoever reads the diagnostics.
-    if (!process->waitForFinished(TOOL_TIMEOUT_MS))
+    // A tool that exists but cannot be started (no execute bit, not a program
+    // of this machine) ends with no words of its own, as exit code 255, so the
+    // reason is given here. A tool still running at the time limit is left to
+    // the page's check that the register file exists.
+    if (!process->waitForFinished(TOOL_TIMEOUT_MS)) {
+        if (process->error() == QProcess::FailedToStart) {
+            reportTo(errList, QString::fromLatin1(TOOL_NOT_STARTED)
+                                  .arg(QDir::toNativeSeparators(cleaned), process->errorString()));
+            return false;
+        }
         qWarning().noquote() << program << "did not finish:" << process->errorString();
+    }
     const int exitCode = process->exitCode();
     qDebug().noquote() << program << tomlPath << "-o" << csrPath
                        << QStringLiteral("return %1").arg(exitCode);
@@ -397,7 +430,7 @@ bool generator::generateCSR(const char *tool, const QString &tomlPath, const QSt
 
     QFile csr(csrPath);
     if (!csr.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text)) {
-        errList.append(QString::fromLatin1(WRITE_ERROR).arg(QDir::toNativeSeparators(csrPath)));
+        reportTo(errList, QString::fromLatin1(WRITE_ERROR).arg(QDir::toNativeSeparators(csrPath)));
         return false;
     }
     QByteArray text;

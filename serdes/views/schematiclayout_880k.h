@@ -3,7 +3,8 @@
 
 // Tier 880k: two quads, one below the other, each with two reference inputs
 // in front of two muxes. The bridge between the quads is no node: a route
-// through it is drawn as a wire from one quad's mux to the other quad's PLL.
+// through it is drawn as a wire from the other quad's reference input
+// straight to this quad's mux.
 
 #include "views/schematiclayout.h"
 

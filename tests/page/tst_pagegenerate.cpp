@@ -73,11 +73,13 @@ private slots:
     void failures();
     void uparArbiter_data();
     void uparArbiter();
+    void vhdlCore_data();
+    void vhdlCore();
 
 private:
     // A page on a configuration of `instances` saved in the temporary
     // directory; every instance writes its own file there.
-    serdesipdlg &openPage(const QString &deviceId, Instances instances);
+    serdesipdlg &openPage(const QString &deviceId, Instances instances, int language = 0);
     QString path(const QString &file) const { return m_tmp->filePath(file); }
 
     std::unique_ptr<QTemporaryDir> m_tmp;
@@ -108,7 +110,8 @@ void tst_PageGenerate::cleanup()
     m_answers.reset();
 }
 
-serdesipdlg &tst_PageGenerate::openPage(const QString &deviceId, Instances instances)
+serdesipdlg &tst_PageGenerate::openPage(const QString &deviceId, Instances instances,
+                                        int language)
 {
     const QString file = path(QStringLiteral("serdes.ipc"));
     {
@@ -118,6 +121,7 @@ serdesipdlg &tst_PageGenerate::openPage(const QString &deviceId, Instances insta
         settings.setValue("target_device", deviceId);
         settings.setValue("Config/file", "serdes");
         settings.setValue("Config/module", "SerDes_Top");
+        settings.setValue("Config/LANG", language);
         for (auto it = instances.begin(); it != instances.end(); ++it) {
             it.value().insert(QStringLiteral("dir"), m_tmp->path());
             settings.beginGroup(QStringLiteral("TestProtocol:") + it.key());
@@ -312,6 +316,37 @@ void tst_PageGenerate::uparArbiter()
     QCOMPARE(args.value("module").toString(), QStringLiteral("\\~upar_arbiter_wrap.Link_Top"));
     QCOMPARE(args.value("file").toString(), QStringLiteral("upar_arbiter"));
     QCOMPARE(info.value("ipcore.label").toString(), QStringLiteral("SerDes Upar Arbiter"));
+}
+
+void tst_PageGenerate::vhdlCore_data()
+{
+    QTest::addColumn<QStringList>("mod");
+    // Null when the core is generated.
+    QTest::addColumn<QString>("refusal");
+
+    QTest::newRow("without DRP") << QStringList{} << QString();
+    QTest::newRow("DRP refused") << QStringList{"-aEnableDRP true"}
+                                 << "The synthesis of \\~upar_arbiter_wrap.SerDes_Top failed.\n"
+                                    "    yosys writes no VHDL netlist; generate the core in Verilog.";
+}
+
+// A configuration in VHDL keeps its language through the page: its top file
+// and template are VHDL, the arbiter's synthesis is asked for VHDL and
+// refuses, and the file is saved in VHDL again.
+void tst_PageGenerate::vhdlCore()
+{
+    QFETCH(QStringList, mod);
+    QFETCH(QString, refusal);
+
+    serdesipdlg &page = openPage("RK9C880D-FG1517-2", {{"a", instance("a", 0, {{"mod", mod}})}}, 1);
+    if (!refusal.isNull())
+        QTest::ignoreMessage(QtCriticalMsg, qPrintable(refusal));
+    page.accept();
+    QCOMPARE(page.result() == QDialog::Accepted, refusal.isNull());
+    QCOMPARE(QSettings(path("serdes.ipc"), QSettings::IniFormat).value("Config/LANG").toInt(), 1);
+    QCOMPARE(QFile::exists(path("serdes.vhd")), refusal.isNull());
+    QCOMPARE(QFile::exists(path("serdes_tmp.vhd")), refusal.isNull());
+    QVERIFY(!QFile::exists(path("serdes.v")));
 }
 
 QTEST_MAIN(tst_PageGenerate)

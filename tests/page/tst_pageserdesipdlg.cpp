@@ -21,10 +21,13 @@
 
 #include "testfiles.h"
 
+#include <QDesktopServices>
 #include <QDir>
 #include <QLibraryInfo>
 #include <QSettings>
 #include <QTemporaryDir>
+#include <QWebPage>
+#include <QWebView>
 #include <QtTest>
 
 using namespace IPSERDESIP;
@@ -67,6 +70,9 @@ class tst_PageSerdesIpDlg : public QObject
 {
     Q_OBJECT
 
+public slots:
+    void openUrl(const QUrl &url) { m_opened << url; }
+
 private slots:
     void initTestCase();
     void init();
@@ -81,6 +87,7 @@ private slots:
 private:
     QString m_ipLib;
     std::unique_ptr<QTemporaryDir> m_tmp;
+    QList<QUrl> m_opened;
 };
 
 void tst_PageSerdesIpDlg::initTestCase()
@@ -346,6 +353,13 @@ void tst_PageSerdesIpDlg::buttons()
     const QList<reconfiguration *> reconfigs = page.findChildren<reconfiguration *>();
     QCOMPARE(reconfigs.size(), 1);
     QVERIFY(reconfigs.first()->isVisible());
+
+    // A link in the help pane opens once in the browser.
+    QDesktopServices::setUrlHandler(QStringLiteral("https"), this, "openUrl");
+    const QUrl link(QStringLiteral("https://example.org/datasheet"));
+    emit page.findChild<QWebView *>()->page()->linkClicked(link);
+    QDesktopServices::unsetUrlHandler(QStringLiteral("https"));
+    QCOMPARE(m_opened, QList<QUrl>{link});
 }
 
 QTEST_MAIN(tst_PageSerdesIpDlg)

@@ -224,6 +224,8 @@ void tst_ProtocolGenDlg::opening()
     Dialog dialog;
     dialog.restoreResult = restoreResult;
     dialog.uiSetModuleName(QStringLiteral("preset"));
+    // A path that follows the file name stays in the configuration's folder.
+    dialog.fileNameConnectCreatIn();
     MessageBoxAnswers answers;
     QCOMPARE(dialog.setOpening(args), restoreResult);
     QCOMPARE(dialog.restored, args);

@@ -148,6 +148,23 @@ void tst_ProtocolAllocation::requests_data()
         << "Q0_LANE0_RX=1:5:Q0_MUX0 Q0_LANE1_RX=1:5:Q0_MUX0 Q0_MUX0=1@0 Q0_REFCLK0=1:100 "
            "Q0_REFCLK1=1:100"
         << "Q0_LANE0_RX>Q0_MUX0>Q0_REFCLK0";
+    // A whole lane routes both lines before it is refused.
+    QTest::newRow("lane refused on tx still routes rx")
+        << T880K << QString()
+        << QStringList{"Q0_LANE0_TX Q0_QPLL0 Q0_REFCLK0 100 0 0 5",
+                       "Q0_LANE1 Q0_QPLL0 Q0_REFCLK1 100 5 0 0"}
+        << "tx route error" << ""
+        << "Q0_LANE0_TX=1:5:Q0_QPLL0 Q0_LANE1_RX=1:5:Q0_MUX1 Q0_LANE1_TX=1:5:Q0_QPLL0 "
+           "Q0_MUX0=1@0 Q0_MUX1=1@0 Q0_QPLL0=1@0 Q0_REFCLK0=1:100 Q0_REFCLK1=2:100"
+        << "Q0_LANE0_TX>Q0_QPLL0>Q0_MUX0>Q0_REFCLK0 Q0_LANE1_RX>Q0_MUX1>Q0_REFCLK1";
+    QTest::newRow("bcdr lane names both failing halves, rx first")
+        << T880K << "BCDR"
+        << QStringList{"Q0_LANE0_TX Q0_QPLL0 Q0_REFCLK0 100 0 0 5",
+                       "Q0_LANE1 Q0_QPLL0 Q0_REFCLK1 100 5 0 0"}
+        << "rx route errortx route error" << ""
+        << "Q0_LANE0_TX=1:5:Q0_QPLL0 Q0_LANE1_RX=1:5:Q0_QPLL0 Q0_LANE1_TX=1:5:Q0_QPLL0 "
+           "Q0_MUX0=1@0 Q0_QPLL0=1@0 Q0_REFCLK0=1:100 Q0_REFCLK1=2:100"
+        << "Q0_LANE0_TX>Q0_QPLL0>Q0_MUX0>Q0_REFCLK0";
     QTest::newRow("bcdr rx line without a pll")
         << T880K << "BCDR" << QStringList{"Q0_LANE0_RX 0 Q0_REFCLK0 100 0 5 0"}
         << "rx route error" << "" << "Q0_LANE0_RX=1:5: Q0_REFCLK0=1:100" << "";
