@@ -400,7 +400,21 @@ void tst_ReconfigExport::standInRefuses_data()
     row("option without its value", lb + words("--lb_mode"), "Error: --lb_mode has no value");
     row("stray argument", words("cfg_lb") + lb, "Error: unexpected argument \"cfg_lb\"");
     row("rate beyond its register", replaced(rx, "--rx_data_rate", "5000"),
-        "--rx_data_rate 5000 of task cfg_rx_dr does not fit");
+        "Error: --rx_data_rate 5000: expected at most 4294.967295 Gbps");
+    row("-o without its value", without(lb, "-o") + QStringList{"-o"}, "Error: -o has no value");
+    row("every fault at once",
+        replaced(without(rx, "--q1_refmux1_freq"), "--q0_refmux1_freq", "5000")
+            + words("--width_mode 20"),
+        "Error: --width_mode is not an option of task cfg_rx_dr\n"
+        "Error: --q1_refmux1_freq is missing: lanes of Q1 are chosen and --cdr_calc_src 1 "
+        "selects REFMUX1\n"
+        "Error: --q0_refmux1_freq 5000: expected at most 4294.967295 MHz\n");
+    // Beyond 64 bits in micro units, and beyond them before the point.
+    row("conversion beyond 64 bits",
+        replaced(replaced(rx, "--rx_data_rate", "18446744073710.000001"), "--q1_refmux1_freq",
+                 "100000000000000000000000"),
+        "Error: --rx_data_rate 18446744073710.000001: expected at most 4294.967295 Gbps\n"
+        "Error: --q1_refmux1_freq 100000000000000000000000: expected at most 4294.967295 MHz\n");
 }
 
 void tst_ReconfigExport::standInRefuses()
@@ -414,6 +428,8 @@ void tst_ReconfigExport::standInRefuses()
     const QString errors = QString::fromUtf8(tool.readAllStandardError());
     QVERIFY2(tool.exitCode() != 0, qPrintable(errors));
     QVERIFY2(errors.contains(fault), qPrintable(errors));
+    // Each fault once, and no other.
+    QCOMPARE(errors.count("Error: "), fault.count("Error: "));
     QVERIFY(!QFile::exists("out.csr"));
 }
 

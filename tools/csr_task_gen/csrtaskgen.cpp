@@ -37,20 +37,24 @@ void report(const QStringList &faults)
 int runCsrTaskGen(const QStringList &args, const QString &mapPath)
 {
     taskcommand command;
-    if (!command.parse(args)) {
-        report(command.faults());
-        return EXIT_USAGE;
-    }
+    const bool parsed = command.parse(args);
     registermap map;
     if (!map.load(mapPath)) {
+        report(command.faults());
         report(map.faults());
-        return EXIT_FAULTS;
+        return parsed ? EXIT_FAULTS : EXIT_USAGE;
     }
+    // Only the map knows how large a value may be. A refused command line is
+    // encoded as far as it goes, so that such a fault comes with the others.
     QStringList writes;
-    if (!map.writes(command, writes)) {
-        report(map.faults());
+    const bool encoded = map.writes(command, writes);
+    const QStringList refused = command.faults() + map.valueFaults();
+    report(refused);
+    report(map.faults());
+    if (!refused.isEmpty())
+        return EXIT_USAGE;
+    if (!encoded)
         return EXIT_FAULTS;
-    }
 
     QByteArray text = QStringLiteral("# %1: register writes from the map %2\n"
                                      "# task %3, lane mask %4\n")

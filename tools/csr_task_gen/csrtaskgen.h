@@ -10,7 +10,8 @@ namespace IPSERDESIP {
 // program's name, `mapPath` the register map it ships with. Writes the
 // register writes of the task to the -o file and returns 0; otherwise writes
 // no file, puts one line with "Error" per fault on standard error, and returns
-// 2 for a command line it refuses, 1 for anything else.
+// 2 for a command line it refuses (a value too large for its register
+// included), 1 for anything else.
 int runCsrTaskGen(const QStringList &args, const QString &mapPath);
 
 } // namespace IPSERDESIP

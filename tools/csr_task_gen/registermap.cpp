@@ -8,6 +8,7 @@
 #include <QTextStream>
 
 #include <algorithm>
+#include <limits>
 
 namespace IPSERDESIP {
 
@@ -37,6 +38,53 @@ bool readNumber(const QString &text, quint32 &number)
 quint64 fieldLimit(int width)
 {
     return (quint64(1) << width) - 1;
+}
+
+// Places after the point that the micro encoding keeps.
+constexpr int MICRO_DIGITS = 6;
+
+enum class Scaled { Fits, NotANumber, TooLarge };
+
+// A decimal number times 10^digits, rounded half up; with no digits, an
+// integer. Digit by digit: the text may carry more digits than a double holds
+// exactly, or than 64 bits hold at all.
+Scaled scale(const QString &text, int digits, quint64 &number)
+{
+    static const QRegularExpression decimal(QStringLiteral("^([0-9]+)(?:\\.([0-9]+))?$"));
+    const QRegularExpressionMatch match = decimal.match(text);
+    if (!match.hasMatch() || (digits == 0 && match.capturedLength(2) > 0))
+        return Scaled::NotANumber;
+    const QString fraction = match.captured(2);
+    const QString kept
+        = match.captured(1) + fraction.left(digits).leftJustified(digits, QLatin1Char('0'));
+    constexpr quint64 most = std::numeric_limits<quint64>::max();
+    number = 0;
+    for (const QChar c : kept) {
+        const quint64 digit = quint64(c.unicode() - '0');
+        if (number > (most - digit) / 10)
+            return Scaled::TooLarge;
+        number = number * 10 + digit;
+    }
+    if (fraction.size() > digits && fraction.at(digits) >= QLatin1Char('5')) {
+        if (number == most)
+            return Scaled::TooLarge;
+        ++number;
+    }
+    return Scaled::Fits;
+}
+
+// `number` divided by 10^digits, as a decimal without trailing zeros.
+QString unscaled(quint64 number, int digits)
+{
+    QString text = QString::number(number).rightJustified(digits + 1, QLatin1Char('0'));
+    if (digits == 0)
+        return text;
+    text.insert(text.size() - digits, QLatin1Char('.'));
+    while (text.endsWith(QLatin1Char('0')))
+        text.chop(1);
+    if (text.endsWith(QLatin1Char('.')))
+        text.chop(1);
+    return text;
 }
 
 } // namespace
@@ -186,46 +234,44 @@ bool registermap::readField(const QStringList &parts, int line)
     return good;
 }
 
-bool registermap::encode(const Field &field, const QString &value, quint32 &code)
+bool registermap::encode(const Field &field, const QString &flag, const QString &value,
+                         quint32 &code)
 {
-    static const QRegularExpression decimal(QStringLiteral("^[0-9]+(\\.[0-9]+)?$"));
     quint64 number = 0;
-    bool numeric = true;
+    Scaled scaled = Scaled::NotANumber;
     switch (field.encoding) {
     case Encoding::Integer:
-        number = value.toULongLong(&numeric);
+        scaled = scale(value, 0, number);
         break;
-    case Encoding::Micro: {
-        numeric = decimal.match(value).hasMatch();
-        // Decimal arithmetic on the text: the value may carry more digits
-        // than a double holds exactly.
-        const QString whole = value.section(QLatin1Char('.'), 0, 0);
-        const QString fraction
-            = QString(value.section(QLatin1Char('.'), 1) + QStringLiteral("0000000")).left(7);
-        number = whole.toULongLong() * 1000000 + fraction.left(6).toULongLong();
-        if (fraction.at(6) >= QLatin1Char('5'))
-            ++number;
+    case Encoding::Micro:
+        scaled = scale(value, MICRO_DIGITS, number);
         break;
-    }
     case Encoding::Words:
         if (!field.words.contains(value)) {
-            fault(field.line, QStringLiteral("no code for --%1 %2 of task %3")
-                                  .arg(field.source, value, field.task));
+            fault(field.line,
+                  QStringLiteral("no code for --%1 %2 of task %3").arg(flag, value, field.task));
             return false;
         }
+        scaled = Scaled::Fits;
         number = field.words.value(value);
         break;
     }
-    if (!numeric) {
+    if (scaled == Scaled::NotANumber) {
         fault(field.line, QStringLiteral("--%1 %2 of task %3 is no number; its field needs "
                                          "WORD=code,...")
-                              .arg(field.source, value, field.task));
+                              .arg(flag, value, field.task));
         return false;
     }
-    if (number > fieldLimit(field.width)) {
-        fault(field.line, QStringLiteral("--%1 %2 of task %3 does not fit the %4 bits of its field")
-                              .arg(field.source, value, field.task)
-                              .arg(field.width));
+    // The user knows the value, not the map's bits: the limit is given in the
+    // value's own units.
+    if (scaled == Scaled::TooLarge || number > fieldLimit(field.width)) {
+        const int digits = field.encoding == Encoding::Micro ? MICRO_DIGITS : 0;
+        QString limit = unscaled(fieldLimit(field.width), digits);
+        const QString unit = taskcommand::unitOf(field.task, flag);
+        if (!unit.isEmpty())
+            limit += QLatin1Char(' ') + unit;
+        m_valueFaults.append(
+            QStringLiteral("Error: --%1 %2: expected at most %3").arg(flag, value, limit));
         return false;
     }
     code = quint32(number);
@@ -234,43 +280,55 @@ bool registermap::encode(const Field &field, const QString &value, quint32 &code
 
 bool registermap::writes(const taskcommand &command, QStringList &lines)
 {
+    m_valueFaults.clear();
+    // Per quad, the offsets in the order of the map, each with the data of its
+    // fields: the quads differ only in the reference each selects. A value is
+    // encoded once, however many lanes take it, so that its fault is told once.
+    QVector<quint32> offsets[2];
+    QMap<quint32, quint32> data[2];
+    const auto take = [&](const Field &field, const QString &flag, int firstQuad, int lastQuad) {
+        const QString value = command.value(flag);
+        // An option left out, or refused and reported by the command.
+        if (value.isNull())
+            return true;
+        quint32 code = 0;
+        if (!encode(field, flag, value, code))
+            return false;
+        for (int quad = firstQuad; quad <= lastQuad; ++quad) {
+            if (!offsets[quad].contains(field.offset))
+                offsets[quad].append(field.offset);
+            data[quad][field.offset] |= code << field.low;
+        }
+        return true;
+    };
     bool good = true;
+    for (const Field &field : qAsConst(m_fields)) {
+        if (field.task != command.task())
+            continue;
+        if (field.source != QLatin1String(REFERENCE_SOURCE)) {
+            good = take(field, field.source, 0, 1) && good;
+            continue;
+        }
+        // The reference of a quad without a chosen lane is not written.
+        for (int quad = 0; quad < 2; ++quad) {
+            if (command.laneMask() & (0xf << (4 * quad)))
+                good = take(field, command.referenceFlag(quad), quad, quad) && good;
+        }
+    }
+    if (!good)
+        return false;
     for (int bit = 0; bit < 8; ++bit) {
         if (!(command.laneMask() & (1 << bit)))
             continue;
         const int quad = bit / 4;
-        // Offsets in the order of the map, each with the data of its fields.
-        QVector<quint32> offsets;
-        QMap<quint32, quint32> data;
-        for (const Field &field : qAsConst(m_fields)) {
-            if (field.task != command.task())
-                continue;
-            const QString flag = field.source == QLatin1String(REFERENCE_SOURCE)
-                                     ? command.referenceFlag(quad)
-                                     : field.source;
-            const QString value = command.value(flag);
-            // An option left out, such as the frequency of a quad not in use.
-            if (value.isNull())
-                continue;
-            quint32 code = 0;
-            if (!encode(field, value, code)) {
-                good = false;
-                continue;
-            }
-            if (!offsets.contains(field.offset))
-                offsets.append(field.offset);
-            data[field.offset] |= code << field.low;
-        }
         const quint32 base = m_laneBase.value(laneName(bit));
-        for (quint32 offset : qAsConst(offsets)) {
+        for (quint32 offset : qAsConst(offsets[quad])) {
             lines.append(QStringLiteral("upar_write_driver 0x%1 0x%2")
                              .arg(base + offset, 6, 16, QLatin1Char('0'))
-                             .arg(data.value(offset), 8, 16, QLatin1Char('0')));
+                             .arg(data[quad].value(offset), 8, 16, QLatin1Char('0')));
         }
     }
-    if (!good)
-        lines.clear();
-    return good;
+    return true;
 }
 
 } // namespace IPSERDESIP

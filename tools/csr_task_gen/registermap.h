@@ -24,9 +24,13 @@ public:
     // The writes of `command`, lane by lane in ascending order and register by
     // register in the order of the map, each as
     //     upar_write_driver 0xAAAAAA 0xDDDDDDDD
-    // with the address at index 20 and the data at index 29. False when a
-    // value does not fit its field; faults() then says which.
+    // with the address at index 20 and the data at index 29. Values that are
+    // not given, or that the command refused, are passed over, so a refused
+    // command is judged as far as it goes. False when a value has no code:
+    // valueFaults() then holds one text per value beyond its field, in the
+    // units the value is given in, and faults() the faults of the map.
     bool writes(const taskcommand &command, QStringList &lines);
+    QStringList valueFaults() const { return m_valueFaults; }
 
 private:
     enum class Encoding { Integer, Micro, Words };
@@ -45,13 +49,14 @@ private:
 
     bool readLane(const QStringList &parts, int line);
     bool readField(const QStringList &parts, int line);
-    bool encode(const Field &field, const QString &value, quint32 &code);
+    bool encode(const Field &field, const QString &flag, const QString &value, quint32 &code);
     void fault(int line, const QString &text);
 
     QString m_path;
     QMap<QString, quint32> m_laneBase; // "q0.ln0" ... "q1.ln3"
     QVector<Field> m_fields;
     QStringList m_faults;
+    QStringList m_valueFaults;
 };
 
 } // namespace IPSERDESIP

@@ -119,6 +119,16 @@ QStringList taskcommand::flagsOf(const QString &task)
     return flags;
 }
 
+QString taskcommand::unitOf(const QString &task, const QString &flag)
+{
+    const Rule *rule = ruleOf(task, flag);
+    if (rule && rule->kind == Kind::Rate)
+        return QStringLiteral("Gbps");
+    if (rule && rule->kind == Kind::Frequency)
+        return QStringLiteral("MHz");
+    return {};
+}
+
 bool taskcommand::selectsReference(const QString &task)
 {
     return !selectorOf(task).isEmpty();
@@ -177,6 +187,8 @@ bool taskcommand::parse(const QStringList &args)
     m_laneMask = 0;
     m_output.clear();
     m_values.clear();
+    m_refused.clear();
+    m_valueless.clear();
     m_faults.clear();
 
     if (args.isEmpty()) {
@@ -195,6 +207,7 @@ bool taskcommand::parse(const QStringList &args)
         }
         if (i + 1 >= args.size()) {
             fault(QStringLiteral("%1 has no value").arg(argument));
+            m_valueless.append(argument);
             break;
         }
         if (values.contains(argument))
@@ -203,23 +216,27 @@ bool taskcommand::parse(const QStringList &args)
         values.insert(argument, args.at(++i));
     }
 
+    // A flag that came last without its value has its fault already.
+    const auto missing = [&values, this](const QString &argument) {
+        return !values.contains(argument) && !m_valueless.contains(argument);
+    };
     const QString task = values.value(QStringLiteral("--task"));
-    if (!values.contains(QStringLiteral("--task")))
+    if (missing(QStringLiteral("--task")))
         fault(
             QStringLiteral("--task is missing; one of %1").arg(tasks().join(QStringLiteral(", "))));
-    else if (!tasks().contains(task))
+    else if (values.contains(QStringLiteral("--task")) && !tasks().contains(task))
         fault(QStringLiteral("--task %1: unknown task; one of %2")
                   .arg(task, tasks().join(QStringLiteral(", "))));
     else
         m_task = task;
 
-    if (!values.contains(QStringLiteral("--lane")))
+    if (missing(QStringLiteral("--lane")))
         fault(QStringLiteral("--lane is missing"));
-    else
+    else if (values.contains(QStringLiteral("--lane")))
         checkLane(values.value(QStringLiteral("--lane")));
 
     m_output = values.value(QStringLiteral("-o"));
-    if (m_output.isEmpty())
+    if (m_output.isEmpty() && !m_valueless.contains(QStringLiteral("-o")))
         fault(QStringLiteral("-o is missing: the file to write"));
 
     // Without a known task the options cannot be judged.
@@ -236,13 +253,16 @@ bool taskcommand::parse(const QStringList &args)
             continue;
         }
         m_values.insert(flag, values.value(argument));
-        checkValue(flag, values.value(argument));
+        if (!checkValue(flag, values.value(argument)))
+            m_refused.insert(flag);
     }
     for (const QString &flag : flagsOf(m_task)) {
-        if (ruleOf(m_task, flag)->required && !m_values.contains(flag))
+        if (ruleOf(m_task, flag)->required && missing(dashed(flag)))
             fault(QStringLiteral("task %1 needs %2").arg(m_task, dashed(flag)));
     }
-    if (m_faults.isEmpty())
+    // Which reference a quad uses is known only from an accepted selector.
+    const QString selector = selectorOf(m_task);
+    if (!selector.isEmpty() && !value(selector).isNull())
         checkReferences();
     return m_faults.isEmpty();
 }
@@ -260,8 +280,9 @@ void taskcommand::checkLane(const QString &text)
     }
 }
 
-void taskcommand::checkValue(const QString &flag, const QString &text)
+bool taskcommand::checkValue(const QString &flag, const QString &text)
 {
+    const int before = m_faults.size();
     const Rule *rule = ruleOf(m_task, flag);
     const QString head = dashed(flag) + QLatin1Char(' ') + text + QStringLiteral(": ");
     switch (rule->kind) {
@@ -289,6 +310,7 @@ void taskcommand::checkValue(const QString &flag, const QString &text)
         break;
     }
     }
+    return m_faults.size() == before;
 }
 
 // A rate task needs, for every quad it touches, the frequency of the
@@ -305,6 +327,9 @@ void taskcommand::checkReferences()
         const QString why = QStringLiteral("lanes of Q%1 are chosen and --%2 %3 selects REFMUX%3")
                                 .arg(quad)
                                 .arg(selector, value(selector));
+        // A value given but refused, or a flag without one, has its fault.
+        if (m_refused.contains(flag) || m_valueless.contains(dashed(flag)))
+            continue;
         if (!m_values.contains(flag))
             fault(QStringLiteral("%1 is missing: %2").arg(dashed(flag), why));
         else if (!isPositive(value(flag)))

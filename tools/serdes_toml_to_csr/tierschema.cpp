@@ -7,8 +7,11 @@
 #include "model/topology_90k.h"
 #include "translate/parsertables.h"
 
+#include <QLocale>
 #include <QRegularExpression>
 
+#include <algorithm>
+#include <cmath>
 #include <sstream>
 #include <string>
 
@@ -61,6 +64,33 @@ const char *ruleField(const char *name)
     return nullptr;
 }
 
+// The tier of a part as the clock network picks it: topology::tierOf, which
+// lives in the library with the network, decides by these same part lists.
+topology::Tier tierOfPart(const QString &part)
+{
+    const QChar split(QLatin1Char('/'));
+    if (QString::fromLatin1(topology::DEVICES_370K).split(split).contains(part))
+        return topology::Tier::T370k;
+    if (QString::fromLatin1(topology::DEVICES_90K).split(split).contains(part))
+        return topology::Tier::T90k;
+    return topology::Tier::T880k;
+}
+
+// Shortest text that reads back as the same double, so that two floats
+// compare as texts exactly when they are equal.
+QString floatText(double value)
+{
+    return QString::number(value, 'g', QLocale::FloatingPointShortest);
+}
+
+// A frequency or rate as the writer passes it on: digits, perhaps with a
+// fraction. Exponents, signs, infinities and NaN are not written by it.
+bool isPlainDecimal(QStringView text)
+{
+    static const QRegularExpression form(QStringLiteral("^[0-9]+(\\.[0-9]+)?$"));
+    return form.match(text.toString()).hasMatch();
+}
+
 const TierTables &tablesOf(topology::Tier tier)
 {
     switch (tier) {
@@ -111,15 +141,23 @@ tierschema::tierschema(topology::Tier tier)
     for (int q = 0; q < m_quads; ++q)
         allow(quadName(q), QStringLiteral("refmux_scheme"),
               {Kind::String, {QStringLiteral("USER_DEFINED")}, {}, {}}, true);
+    // The writer always leaves the regulator off, and the stand-in takes
+    // nothing that the writer cannot make.
     allow(QStringLiteral("regulator"), QStringLiteral("regulator_enable"),
-          {Kind::Boolean, {}, {}, {}}, true);
+          {Kind::Boolean, {QStringLiteral("false")}, {}, {}}, true);
 
-    // A part of any tier may stand in the file; the sections and fields tell
-    // the tiers apart. A part without a name of its own has no device line.
+    // The device line of a part of this tier; a part without a name of its own
+    // has none.
     Accept devices{Kind::String, {}, {}, {}};
-    for (const DeviceLine &row : DEVICE_LINES)
-        devices.values += acceptOf(QString::fromLatin1(row.line).section(" = ", 1)).values;
-    allow(QString(), QStringLiteral("device"), devices, false);
+    for (const DeviceLine &row : DEVICE_LINES) {
+        const QStringList parts = QString::fromLatin1(row.parts).split(QLatin1Char('/'));
+        if (std::any_of(parts.cbegin(), parts.cend(),
+                        [tier](const QString &part) { return tierOfPart(part) == tier; }))
+            devices.values += acceptOf(QString::fromLatin1(row.line).section(" = ", 1)).values;
+    }
+    // No values would mean any string.
+    if (!devices.values.isEmpty())
+        allow(QString(), QStringLiteral("device"), devices, false);
 }
 
 QStringList tierschema::sectionsOf(bool lanes, int quads)
@@ -142,13 +180,13 @@ void tierschema::addTables(const TierTables &tables)
     // allow() passes over the sections the tier lacks.
     for (const Rule &rule : RULES) {
         const QString field = QLatin1String(rule.field);
-        const Accept accept = acceptOfTemplate(QLatin1String(rule.value));
-        if (rule.scope == RuleScope::Chip) {
-            allow(quadName(0), field, accept, false);
-            continue;
+        const QStringList sections = rule.scope == RuleScope::Chip
+                                         ? QStringList{quadName(0)}
+                                         : sectionsOf(rule.scope == RuleScope::Lane, rule.quads);
+        for (const QString &section : sections) {
+            for (const Accept &accept : acceptsOf(rule))
+                allow(section, field, accept, false);
         }
-        for (const QString &section : sectionsOf(rule.scope == RuleScope::Lane, rule.quads))
-            allow(section, field, accept, false);
     }
 
     // A family with a default stands in every file, translated by its pairs or,
@@ -295,19 +333,24 @@ tierschema::Accept tierschema::acceptOf(const QString &literal)
     if (literal == QLatin1String("true") || literal == QLatin1String("false"))
         return {Kind::Boolean, {literal}, {}, {}};
     if (literal.contains(QLatin1Char('.')))
-        return {Kind::Float, {QString::number(literal.toDouble())}, {}, {}};
+        return {Kind::Float, {floatText(literal.toDouble())}, {}, {}};
     return {Kind::Integer, {QString::number(literal.toLongLong())}, {}, {}};
 }
 
 // A free value's template: quoted, a string with what stands around "%1";
-// bare, a number that a rule computed or a protocol gave as it stands.
-tierschema::Accept tierschema::acceptOfTemplate(const QString &value)
+// bare, a number. The rules' arithmetic yields integers, but a value passed on
+// as it stands is the protocol's number, which may have a fraction.
+QVector<tierschema::Accept> tierschema::acceptsOf(const Rule &rule)
 {
-    if (!value.startsWith(QLatin1Char('"')))
-        return {Kind::Integer, {}, {}, {}};
+    const QString value = QLatin1String(rule.value);
+    if (!value.startsWith(QLatin1Char('"'))) {
+        if (rule.rule != ValueRule::Text)
+            return {{Kind::Integer, {}, {}, {}}};
+        return {{Kind::Integer, {}, {}, {}}, {Kind::Float, {}, {}, {}}};
+    }
     const QString inner = value.mid(1, value.size() - 2);
     const int at = inner.indexOf(QLatin1String("%1"));
-    return {Kind::String, {}, inner.left(at), inner.mid(at + 2)};
+    return {{Kind::String, {}, inner.left(at), inner.mid(at + 2)}};
 }
 
 QStringList tierschema::check(const toml::table &file) const
@@ -356,35 +399,46 @@ void tierschema::checkTable(const toml::table &table, const QString &path, QStri
             continue;
         }
         bool accepted = false;
-        for (const Accept &accept : field->accepts)
+        bool kindKnown = false;
+        for (const Accept &accept : field->accepts) {
             accepted = accepted || matches(accept, node);
-        if (!accepted) {
-            faults.append(QStringLiteral("%1: expected %2, found %3")
-                              .arg(where, describe(*field), literal(node)));
+            kindKnown = kindKnown || isOfKind(accept.kind, node);
         }
+        if (accepted)
+            continue;
+        // "expected 900.0, found 900" would hide that the number lacks its point.
+        if (!kindKnown) {
+            faults.append(QStringLiteral("%1: expected %2, found %3 (%4)")
+                              .arg(where, describe(*field, true), nounOf(node), literal(node)));
+            continue;
+        }
+        faults.append(QStringLiteral("%1: expected %2, found %3")
+                          .arg(where, describe(*field, false), literal(node)));
     }
+}
+
+bool tierschema::isOfKind(Kind kind, const toml::node &node)
+{
+    switch (kind) {
+    case Kind::String:
+        return node.is_string();
+    case Kind::Integer:
+        return node.is_integer();
+    case Kind::Boolean:
+        return node.is_boolean();
+    case Kind::Float:
+        return node.is_floating_point();
+    }
+    return false;
 }
 
 bool tierschema::matches(const Accept &accept, const toml::node &node)
 {
-    switch (accept.kind) {
-    case Kind::String:
-        if (!node.is_string())
-            return false;
-        break;
-    case Kind::Integer:
-        if (!node.is_integer())
-            return false;
-        break;
-    case Kind::Boolean:
-        if (!node.is_boolean())
-            return false;
-        break;
-    case Kind::Float:
-        if (!node.is_floating_point())
-            return false;
-        break;
-    }
+    if (!isOfKind(accept.kind, node))
+        return false;
+    // No protocol number is infinite or NaN.
+    if (const auto *number = node.as_floating_point(); number && !std::isfinite(number->get()))
+        return false;
     const QString value = canonical(node);
     if (!accept.values.isEmpty())
         return accept.values.contains(value);
@@ -393,47 +447,85 @@ bool tierschema::matches(const Accept &accept, const toml::node &node)
     if (!value.startsWith(accept.prefix) || !value.endsWith(accept.suffix)
         || value.size() <= accept.prefix.size() + accept.suffix.size())
         return false;
-    bool number = false;
-    value.midRef(accept.prefix.size(), value.size() - accept.prefix.size() - accept.suffix.size())
-        .toDouble(&number);
-    return number;
+    return isPlainDecimal(QStringView(value).mid(
+        accept.prefix.size(), value.size() - accept.prefix.size() - accept.suffix.size()));
 }
 
-QString tierschema::describe(const Field &field)
+QString tierschema::describe(const Field &field, bool kinds)
 {
     QStringList ways;
     for (const Accept &accept : field.accepts) {
-        const bool text = accept.kind == Kind::String;
-        if (!accept.values.isEmpty()) {
-            QStringList values = accept.values;
-            if (text) {
-                for (QString &value : values)
-                    value = QLatin1Char('"') + value + QLatin1Char('"');
-            }
-            ways.append(values.size() == 1
-                            ? values.first()
-                            : QStringLiteral("one of ") + values.join(QLatin1String(", ")));
-            continue;
-        }
+        QString noun;
         switch (accept.kind) {
         case Kind::String:
-            ways.append(accept.suffix.isEmpty() && accept.prefix.isEmpty()
-                            ? QStringLiteral("a string")
-                            : QStringLiteral("a string \"%1<number>%2\"")
-                                  .arg(accept.prefix, accept.suffix));
+            noun = QStringLiteral("a string");
             break;
         case Kind::Integer:
-            ways.append(QStringLiteral("an integer"));
+            noun = QStringLiteral("an integer");
             break;
         case Kind::Boolean:
-            ways.append(QStringLiteral("true or false"));
+            noun = QStringLiteral("a boolean");
             break;
         case Kind::Float:
-            ways.append(QStringLiteral("a float"));
+            noun = QStringLiteral("a float");
             break;
         }
+        if (!accept.values.isEmpty()) {
+            QStringList values = accept.values;
+            for (QString &value : values) {
+                if (accept.kind == Kind::String)
+                    value = QLatin1Char('"') + value + QLatin1Char('"');
+                // As the file writes it, "900.0" rather than "900".
+                else if (accept.kind == Kind::Float && !value.contains(QLatin1Char('.'))
+                         && !value.contains(QLatin1Char('e')))
+                    value += QStringLiteral(".0");
+            }
+            const QString text = values.size() == 1
+                                     ? values.first()
+                                     : QStringLiteral("one of ") + values.join(QLatin1String(", "));
+            ways.append(kinds ? QStringLiteral("%1 (%2)").arg(noun, text) : text);
+            continue;
+        }
+        if (!accept.prefix.isEmpty() || !accept.suffix.isEmpty()) {
+            ways.append(
+                QStringLiteral("a string \"%1<number>%2\"").arg(accept.prefix, accept.suffix));
+            continue;
+        }
+        if (kinds)
+            ways.append(noun);
+        else if (accept.kind == Kind::Boolean)
+            ways.append(QStringLiteral("true or false"));
+        else if (accept.kind == Kind::Float)
+            ways.append(QStringLiteral("a finite float"));
+        else
+            ways.append(noun);
     }
     return ways.join(QLatin1String(" or "));
+}
+
+QString tierschema::nounOf(const toml::node &node)
+{
+    switch (node.type()) {
+    case toml::node_type::string:
+        return QStringLiteral("a string");
+    case toml::node_type::integer:
+        return QStringLiteral("an integer");
+    case toml::node_type::floating_point:
+        return QStringLiteral("a float");
+    case toml::node_type::boolean:
+        return QStringLiteral("a boolean");
+    case toml::node_type::array:
+        return QStringLiteral("an array");
+    case toml::node_type::table:
+        return QStringLiteral("a table");
+    case toml::node_type::date:
+    case toml::node_type::time:
+    case toml::node_type::date_time:
+        return QStringLiteral("a date or time");
+    case toml::node_type::none:
+        break;
+    }
+    return QStringLiteral("nothing");
 }
 
 QString tierschema::canonical(const toml::node &node)
@@ -443,7 +535,7 @@ QString tierschema::canonical(const toml::node &node)
     if (const auto *number = node.as_integer())
         return QString::number(number->get());
     if (const auto *number = node.as_floating_point())
-        return QString::number(number->get());
+        return floatText(number->get());
     if (const auto *flag = node.as_boolean())
         return flag->get() ? QStringLiteral("true") : QStringLiteral("false");
     return literal(node);

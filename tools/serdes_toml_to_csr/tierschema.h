@@ -70,9 +70,12 @@ private:
     void checkTable(const toml::table &table, const QString &path, QStringList &faults,
                     QStringList &seen) const;
     static Accept acceptOf(const QString &literal);
-    static Accept acceptOfTemplate(const QString &value);
+    static QVector<Accept> acceptsOf(const parsertables::Rule &rule);
+    static bool isOfKind(Kind kind, const toml::node &node);
     static bool matches(const Accept &accept, const toml::node &node);
-    static QString describe(const Field &field);
+    // With `kinds`, each way names its kind, for a value of none of them.
+    static QString describe(const Field &field, bool kinds);
+    static QString nounOf(const toml::node &node);
     static QString canonical(const toml::node &node);
 
     QString m_tierName;
