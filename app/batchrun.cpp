@@ -133,6 +133,7 @@ void BatchRun::drive()
             m_failed = true;
         }
     }
+    // Closed as it stands: a run without a person has no changes to ask about.
     if (m_dialog && m_dialog->isVisible())
-        m_dialog->reject();
+        m_dialog->done(QDialog::Rejected);
 }

@@ -82,6 +82,7 @@ QMap<QString, QStringList> serdes::allAccess()
 
 void serdes::clearAccess()
 {
+    forgetLastRequest();
     access.clear();
 }
 

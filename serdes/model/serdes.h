@@ -9,6 +9,7 @@
 #include "model/quad.h"
 #include "model/ref_source.h"
 
+#include <QHash>
 #include <QList>
 #include <QMap>
 #include <QString>
@@ -96,8 +97,18 @@ public:
     bool addItemForRxConnectPll(Message *msg, QString &err);
     bool deleteItem(Message *msg, QString &err);
     // Releases one row's lines and routes; the reference source too when
-    // `releaseRef`.
+    // `releaseRef`. On a row that got its line but no route it can release
+    // routes that another request holds on a shared PLL or mux: undo a
+    // refused request or a trial with releaseLastRequest() instead.
     void resetLane(const QString &lane, bool releaseRef);
+    // Gives back everything that the last addItem, addItemForRxConnectPll or
+    // checkRoute call reserved, accepted or refused: lines, reference
+    // sources, selects, counts, routes and names return to exactly where they
+    // stood before that call, and what other requests hold is not touched.
+    // Call it straight after the request. False when there is nothing to give
+    // back: no request since initilize, deleteItem, resetLane, clearAccess or
+    // the last release.
+    bool releaseLastRequest();
 
     // What a protocol dialog offers: lane labels "Q0 Lane0" .. "Q1 Lane3".
     QStringList occupiedLanes();
@@ -137,6 +148,27 @@ private:
     ~serdes();
     Q_DISABLE_COPY(serdes)
 
+    // The model as a request found it. An element's holding is its count and
+    // what it holds: a line's rate and source, a source's frequency, a mux's
+    // select and direction.
+    struct Holding
+    {
+        int count;
+        double value;
+        QString source;
+        int sel;
+        int dir;
+    };
+    struct Snapshot
+    {
+        QHash<Instance *, Holding> holdings;
+        QMap<QString, QStringList> access;
+        QStringList moduleNames;
+        QStringList fileNames;
+    };
+    void rememberBeforeRequest();
+    void forgetLastRequest();
+
     QStringList checkPLLforQuad(const char *quad, const char *qpll0, const char *qpll1,
                                 double rate);
 
@@ -152,6 +184,9 @@ private:
     void init90kMUX(QUAD *q0);
     void init90kPLL(QUAD *q0);
     void init90kREFSandGPIO(QUAD *q0);
+
+    Snapshot m_beforeRequest;
+    bool m_requestRemembered = false;
 };
 
 } // namespace IPSERDESIP

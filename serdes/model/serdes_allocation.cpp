@@ -184,6 +184,7 @@ bool serdes::addItem(Message *msg, QString &err)
 {
     if (!msg)
         return false;
+    rememberBeforeRequest();
     if (!msg->check())
         return fail(err, "check error");
     if (msg->type == QLatin1String("BCDR"))
@@ -232,6 +233,7 @@ bool serdes::addItemForRxConnectPll(Message *msg, QString &err)
 {
     if (!msg)
         return false;
+    rememberBeforeRequest();
     if (!msg->check())
         return fail(err, "check error");
 
@@ -287,6 +289,7 @@ bool serdes::deleteItem(Message *msg, QString &err)
 
 void serdes::resetLane(const QString &name, bool releaseRef)
 {
+    forgetLastRequest();
     LANE *lane = FormStringToLanePtr(name);
     if (!lane) {
         qCritical() << "Lane name Error :" << name;
@@ -306,6 +309,65 @@ void serdes::resetLane(const QString &name, bool releaseRef)
             access.remove(lane->tx->name);
         }
     }
+}
+
+void serdes::rememberBeforeRequest()
+{
+    m_beforeRequest.holdings.clear();
+    const auto remember = [this](Instance *element) {
+        Holding holding{element->count, 0.0, QString(), 0, 0};
+        if (auto *line = dynamic_cast<LINE *>(element)) {
+            holding.value = line->rate;
+            holding.source = line->source;
+        } else if (auto *ref = dynamic_cast<REF_SOURCE *>(element)) {
+            holding.value = ref->freq;
+        } else if (auto *mux = dynamic_cast<MUX *>(element)) {
+            holding.sel = mux->m_sel;
+            holding.dir = mux->m_dir;
+        }
+        m_beforeRequest.holdings.insert(element, holding);
+    };
+    for (Instance *element : qAsConst(instances)) {
+        remember(element);
+        // A PLL's select is a mux of its own, not among the named elements.
+        if (auto *pll = dynamic_cast<PLL *>(element))
+            remember(pll->Mux());
+    }
+    m_beforeRequest.access = access;
+    m_beforeRequest.moduleNames = moduleNames;
+    m_beforeRequest.fileNames = fileNames;
+    m_requestRemembered = true;
+}
+
+void serdes::forgetLastRequest()
+{
+    m_requestRemembered = false;
+    m_beforeRequest = Snapshot();
+}
+
+bool serdes::releaseLastRequest()
+{
+    if (!m_requestRemembered)
+        return false;
+    for (auto it = m_beforeRequest.holdings.cbegin(); it != m_beforeRequest.holdings.cend(); ++it) {
+        Instance *element = it.key();
+        const Holding &holding = it.value();
+        element->count = holding.count;
+        if (auto *line = dynamic_cast<LINE *>(element)) {
+            line->rate = holding.value;
+            line->source = holding.source;
+        } else if (auto *ref = dynamic_cast<REF_SOURCE *>(element)) {
+            ref->freq = holding.value;
+        } else if (auto *mux = dynamic_cast<MUX *>(element)) {
+            mux->m_sel = holding.sel;
+            mux->m_dir = holding.dir;
+        }
+    }
+    access = m_beforeRequest.access;
+    moduleNames = m_beforeRequest.moduleNames;
+    fileNames = m_beforeRequest.fileNames;
+    forgetLastRequest();
+    return true;
 }
 
 QStringList serdes::occupiedLanes()

@@ -333,18 +333,21 @@ bool routeBatch(serdes &model, const QStringList &lanes, const QStringList &plls
 bool serdes::checkRoute(const QStringList &lanes, const QStringList &plls, const QStringList &refs,
                         const QStringList &freqs)
 {
+    rememberBeforeRequest();
     return routeBatch(*this, lanes, plls, refs, freqs, {}, Batch::Plain);
 }
 
 bool serdes::checkRoute(const QStringList &lanes, const QStringList &plls, const QStringList &refs,
                         const QStringList &freqs, const QMap<QString, QString> &muxOptions)
 {
+    rememberBeforeRequest();
     return routeBatch(*this, lanes, plls, refs, freqs, muxOptions, Batch::WithOptions);
 }
 
 bool serdes::checkRouteForRxConnectPll(const QStringList &lanes, const QStringList &plls,
                                        const QStringList &refs, const QStringList &freqs)
 {
+    rememberBeforeRequest();
     return routeBatch(*this, lanes, plls, refs, freqs, {}, Batch::RxConnectPll);
 }
 

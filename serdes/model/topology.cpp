@@ -232,6 +232,7 @@ void addRefs(serdes &model, const QList<QUAD *> &quads, const ElementRow (&rows)
 
 void serdes::initilize(const QString &device)
 {
+    forgetLastRequest();
     this->device = device;
     switch (tierOf(device)) {
     case Tier::T370k:

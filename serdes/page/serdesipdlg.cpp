@@ -6,6 +6,8 @@
 #include "model/serdes.h"
 #include "model/serdesip_common.h"
 #include "page/configurationreport.h"
+#include "page/refusalreport.h"
+#include "plugin/messagebox.h"
 #include "plugin/serdesipconstants.h"
 #include "protocol/baseprotocol.h"
 #include "protocol/m_treecomboboxwidget.h"
@@ -88,15 +90,21 @@ QMap<QString, QVariant> readGroup(QSettings &settings, const QString &group)
     return entries;
 }
 
-void showOkBox(QWidget *parent, QMessageBox::Icon icon, const QString &title,
-               const QString &text)
+// Whether no line that `msg` names is held already: a row of a whole lane
+// names both of its lines. One line has one owner, whatever a file says.
+bool linesFree(serdes &model, const Message &msg)
 {
-    QMessageBox box(icon, title, text, QMessageBox::Ok, parent);
-    box.setDefaultButton(QMessageBox::Ok);
-    box.setWindowIcon(QIcon(QStringLiteral("://image/module.png")));
-    if (icon == QMessageBox::NoIcon)
-        box.setIconPixmap(QPixmap(QStringLiteral("://image/exclamation.png")));
-    box.exec();
+    for (const QString &name : msg.lanes) {
+        LANE *lane = model.FormStringToLanePtr(name);
+        // A row that names no lane is the model's to refuse, in its words.
+        if (!lane)
+            continue;
+        const bool tx = name.contains(QLatin1String("TX"));
+        const bool rx = name.contains(QLatin1String("RX"));
+        if ((!rx && lane->tx->count != 0) || (!tx && lane->rx->count != 0))
+            return false;
+    }
+    return true;
 }
 
 } // namespace
@@ -261,7 +269,8 @@ void serdesipdlg::createIP(QString name)
     Message *msg = proto->createMessage(args);
     if (!msg)
         return;
-    addIP(msg, proto, args);
+    if (addIP(msg, proto, args))
+        m_changed = true;
 }
 
 double serdesipdlg::chooseHue() const
@@ -289,26 +298,127 @@ void serdesipdlg::showModelError(const QString &err)
     QMessageBox::critical(this, QStringLiteral("Error"), err, QMessageBox::Ok);
 }
 
-void serdesipdlg::addIP(Message *msg, BaseProtocol *proto, const QMap<QString, QVariant> &args)
+bool serdesipdlg::addIP(Message *msg, BaseProtocol *proto, const QMap<QString, QVariant> &args)
 {
     msg->h = chooseHue();
-    QString err;
-    if (!serdes::instance()->addItem(msg, err)) {
-        showModelError(err);
+    QString reason;
+    if (!placeIP(msg, reason)) {
+        showModelError(reason);
         delete msg;
-        return;
+        return false;
     }
     const QString name = msg->name;
-    // A second instance of the same name replaces the first on the page; the
-    // model keeps what the first one holds.
-    if (Message *replaced = m_messages.value(name, nullptr)) {
-        m_view->deleteItem(replaced);
-        delete replaced;
-    }
     m_owners.insert(name, proto);
     m_args.insert(name, args);
     m_messages.insert(name, msg);
     m_view->addItem(msg);
+    return true;
+}
+
+bool serdesipdlg::placeIP(Message *msg, QString &reason)
+{
+    const QString name = msg->name;
+    bool taken = m_messages.contains(name);
+    for (const UnrestoredInstance &kept : qAsConst(m_unrestored))
+        taken = taken || kept.group.section(QLatin1String(NAME_SPLIT), -1) == name;
+    if (taken) {
+        reason = tr("The name %1 is taken by another instance.").arg(name);
+        return false;
+    }
+    serdes *model = serdes::instance();
+    QString err;
+    const bool free = linesFree(*model, *msg);
+    if (free && model->addItem(msg, err))
+        return true;
+    // The model's own words, then what stands in the way of each row.
+    QStringList words;
+    if (!err.isEmpty())
+        words << err;
+    words << explainRefusal(model, *msg, m_messages);
+    if (words.isEmpty())
+        words << tr("Its lanes are held by another instance.");
+    reason = words.join(QLatin1Char('\n'));
+    // Whatever the refused request reserved is given back, and what other
+    // instances hold stays as it was.
+    if (free)
+        model->releaseLastRequest();
+    return false;
+}
+
+void serdesipdlg::restoreIP(const QString &group, BaseProtocol *proto,
+                            const QMap<QString, QVariant> &entries, const QString &name)
+{
+    Message *msg = proto->createMessage(entries);
+    if (!msg) {
+        keepUnrestored(group, entries,
+                       tr("%1 cannot read the instance's settings.").arg(proto->name()));
+        return;
+    }
+    if (!name.isEmpty())
+        msg->name = name;
+    msg->h = chooseHue();
+    QString reason;
+    if (!placeIP(msg, reason)) {
+        delete msg;
+        keepUnrestored(group, entries, reason);
+        return;
+    }
+    m_owners.insert(msg->name, proto);
+    m_args.insert(msg->name, entries);
+    m_messages.insert(msg->name, msg);
+    m_view->addItem(msg);
+}
+
+void serdesipdlg::keepUnrestored(const QString &group, const QMap<QString, QVariant> &entries,
+                                 const QString &reason)
+{
+    m_unrestored.append({group, entries, reason});
+    // Its names stay taken, so that no new instance is given them.
+    serdes *model = serdes::instance();
+    const QString module = entries.value(QLatin1String(MODULE_NAME)).toString();
+    const QString file = entries.value(QLatin1String(FILE_NAME)).toString();
+    if (!module.isEmpty())
+        model->moduleNames.append(module);
+    if (!file.isEmpty())
+        model->fileNames.append(file);
+}
+
+void serdesipdlg::showUnrestored()
+{
+    if (m_unrestored.isEmpty())
+        return;
+    QStringList lines;
+    for (const UnrestoredInstance &kept : qAsConst(m_unrestored)) {
+        lines << QStringLiteral("%1: %2").arg(
+            kept.group, QString(kept.reason).replace(QLatin1Char('\n'), QLatin1Char(' ')));
+    }
+    const QString what = m_unrestored.size() == 1
+                             ? tr("One instance of this configuration could not be restored. It "
+                                  "holds nothing on the device, and OK keeps it in the file as it "
+                                  "was:")
+                             : tr("%1 instances of this configuration could not be restored. They "
+                                  "hold nothing on the device, and OK keeps them in the file as "
+                                  "they were:")
+                                   .arg(m_unrestored.size());
+    showOkBox(this, QMessageBox::Warning, tr("Warning"),
+              what + QStringLiteral("\n\n") + lines.join(QLatin1Char('\n')));
+}
+
+void serdesipdlg::reject()
+{
+    if (m_changed) {
+        QMessageBox box(QMessageBox::Question, tr("SerDes"),
+                        tr("Discard the changes to this SerDes core?"), QMessageBox::NoButton,
+                        this);
+        QPushButton *discard = box.addButton(QMessageBox::Discard);
+        QPushButton *keep = box.addButton(tr("Keep Editing"), QMessageBox::RejectRole);
+        box.setDefaultButton(keep);
+        box.setEscapeButton(keep);
+        box.exec();
+        if (box.clickedButton() != discard)
+            return;
+    }
+    MicroSysIPGenDlg::reject();
 }
 
 void serdesipdlg::editIP(QString name)
@@ -351,6 +461,7 @@ void serdesipdlg::editIP(QString name)
 
     QMap<QString, QVariant> newArgs = proto->edit(oldArgs);
     if (!newArgs.isEmpty()) {
+        m_changed = true;
         delete msg;
         msg = proto->createMessage(newArgs);
         if (!msg)
@@ -381,6 +492,7 @@ void serdesipdlg::deleteIP(QString name)
     m_args.remove(name);
     m_view->deleteItem(msg);
     delete msg;
+    m_changed = true;
 
     serdes *model = serdes::instance();
     const QStringList keys = model->data.keys();
@@ -758,6 +870,16 @@ bool serdesipdlg::setupArgs()
             settings.setValue(arg.key(), arg.value());
         settings.endGroup();
     }
+    for (const UnrestoredInstance &kept : qAsConst(m_unrestored)) {
+        // An instance of the older layouts lived in a file of its own, which
+        // is left as it is; it has no group here to keep.
+        if (!kept.group.contains(QLatin1String(NAME_SPLIT)))
+            continue;
+        settings.beginGroup(kept.group);
+        for (auto entry = kept.entries.cbegin(); entry != kept.entries.cend(); ++entry)
+            settings.setValue(entry.key(), entry.value());
+        settings.endGroup();
+    }
     settings.sync();
     return true;
 }
@@ -767,18 +889,22 @@ bool serdesipdlg::parseData(const QString &file)
     QSettings settings(file, QSettings::IniFormat);
     const QString version = settings.value(QLatin1String(IPCore::Info::KEY_IP_VERSION)).toString();
     const QString config = QLatin1String(IPCore::Info::GROUP_CONFIG);
+    bool known = true;
     if (version == QLatin1String("1.0")) {
         parseData_v_1_0(readGroup(settings, config));
-        return true;
-    }
-    if (version == QLatin1String("1.1")) {
+    } else if (version == QLatin1String("1.1")) {
         parseData_v_1_1(readGroup(settings, config));
-        return true;
-    }
-    if (version == QLatin1String("1.2")) {
+    } else if (version == QLatin1String("1.2")) {
         const QStringList groups = settings.childGroups();
         for (const QString &group : groups)
             parseData_v_1_2(group, readGroup(settings, group));
+    } else {
+        known = false;
+    }
+    if (known) {
+        // What the file holds is where the user's changes start from.
+        m_changed = false;
+        showUnrestored();
         return true;
     }
     showOkBox(this, QMessageBox::NoIcon, QStringLiteral("Error"),
@@ -799,13 +925,14 @@ void serdesipdlg::parseData_v_1_2(const QString &group, const QMap<QString, QVar
     }
     if (group == QLatin1String("General") || group == QLatin1String(ALLACCESS))
         return;
-    BaseProtocol *proto = m_tree->getIPCoreByName(group.split(QLatin1String(NAME_SPLIT)).first());
+    const QString protocol = group.section(QLatin1String(NAME_SPLIT), 0, 0);
+    BaseProtocol *proto = m_tree->getIPCoreByName(protocol);
     if (!proto) {
         qDebug() << "unknown group name";
+        keepUnrestored(group, entries, tr("The protocol %1 is not installed.").arg(protocol));
         return;
     }
-    if (Message *msg = proto->createMessage(entries))
-        addIP(msg, proto, entries);
+    restoreIP(group, proto, entries);
 }
 
 void serdesipdlg::parseData_v_1_1(const QMap<QString, QVariant> &config)
@@ -829,6 +956,11 @@ void serdesipdlg::parseData_v_1_1(const QMap<QString, QVariant> &config)
         const QString relative = QDir(oldCreateIn).relativeFilePath(oldPath);
         const QString path = QFileInfo(uiCreateIn() + QLatin1Char('/') + relative).absoluteFilePath();
 
+        if (!QFileInfo(path).isFile()) {
+            keepUnrestored(name, {},
+                           tr("Its file %1 is missing.").arg(QDir::toNativeSeparators(path)));
+            continue;
+        }
         QSettings instance(path, QSettings::IniFormat);
         const QString type = instance.value(QLatin1String(IPCore::Info::KEY_IP_TYPE)).toString();
         QMap<QString, QVariant> args = readGroup(instance, QLatin1String(IPCore::Info::GROUP_CONFIG));
@@ -842,13 +974,10 @@ void serdesipdlg::parseData_v_1_1(const QMap<QString, QVariant> &config)
         BaseProtocol *proto = m_tree->getIPCoreById(type);
         if (!proto) {
             qDebug() << "unknown group name";
-            return;
-        }
-        Message *msg = proto->createMessage(args);
-        if (!msg)
+            keepUnrestored(name, {}, tr("The protocol %1 is not installed.").arg(type));
             continue;
-        msg->name = name;
-        addIP(msg, proto, args);
+        }
+        restoreIP(name, proto, args, name);
     }
 }
 

@@ -64,8 +64,23 @@ public:
     const QMap<QString, QMap<QString, QVariant>> &instanceArgs() const { return m_args; }
     const QMap<QString, Message *> &instanceMessages() const { return m_messages; }
 
+    // An instance group of the opened file that could not be placed again. It
+    // holds nothing in the model, and OK writes it back exactly as it was
+    // read, so that it returns once what stood in its way is gone.
+    struct UnrestoredInstance
+    {
+        QString group;
+        QMap<QString, QVariant> entries;
+        QString reason;
+    };
+    const QList<UnrestoredInstance> &unrestoredInstances() const { return m_unrestored; }
+    // Whether instances were created, edited or deleted since the page opened.
+    bool hasChanges() const { return m_changed; }
+
 public slots:
     void accept() override;
+    // Asks before instances made or changed on the page are thrown away.
+    void reject() override;
     void createIP(QString name);
     void editIP(QString name);
     void deleteIP(QString name);
@@ -82,8 +97,18 @@ public slots:
 
 private:
     void initTree();
-    // Takes over `msg` if the model accepts it, and frees it if not.
-    void addIP(Message *msg, BaseProtocol *proto, const QMap<QString, QVariant> &args);
+    // Takes over `msg` if the model accepts it, and frees it if not, telling
+    // the user why.
+    bool addIP(Message *msg, BaseProtocol *proto, const QMap<QString, QVariant> &args);
+    // The model's part of addIP: false with the reason, and nothing held,
+    // when `msg` cannot be placed beside the instances there are.
+    bool placeIP(Message *msg, QString &reason);
+    // Places an instance read from a file, or keeps it aside with its reason.
+    void restoreIP(const QString &group, BaseProtocol *proto,
+                   const QMap<QString, QVariant> &entries, const QString &name = QString());
+    void keepUnrestored(const QString &group, const QMap<QString, QVariant> &entries,
+                        const QString &reason);
+    void showUnrestored();
     double chooseHue() const;
     void showModelError(const QString &err);
 
@@ -96,6 +121,8 @@ private:
     QMap<QString, QMap<QString, QVariant>> m_args;
     QMap<QString, BaseProtocol *> m_owners;
     QMap<QString, Message *> m_messages;
+    QList<UnrestoredInstance> m_unrestored;
+    bool m_changed = false;
     clockSchematicView *m_schematic = nullptr;
     reconfiguration *m_reconfig = nullptr;
 };

@@ -237,11 +237,14 @@ void tst_IpCoreGen::regenerationFailures_data()
     QTest::newRow("no such file")
         << QStringList{"--open", "missing.ipc", "--generate"} << 2
         << "\"missing.ipc\" does not exist.\n";
-    // The one instance names a protocol that is not installed, so the page
-    // has nothing to generate and says so.
+    // The one instance names a protocol that is not installed: it is named,
+    // and the page has nothing to generate and says so.
     QTest::newRow("nothing to generate")
         << QStringList{"--open", "serdes.ipc", "--generate"} << 1
-        << "Warning: need to generate Protocol IP\nGeneration failed.\n";
+        << "Warning: One instance of this configuration could not be restored. It holds nothing "
+           "on the device, and OK keeps it in the file as it was:\n\n"
+           "Nowhere:link_0: The protocol Nowhere is not installed.\n"
+           "Warning: need to generate Protocol IP\nGeneration failed.\n";
 }
 
 void tst_IpCoreGen::regenerationFailures()

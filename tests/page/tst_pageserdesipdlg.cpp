@@ -80,6 +80,9 @@ private slots:
     void hueWalk();
     void editAndDelete();
     void saveAndReopen();
+    void leavingAsks_data();
+    void leavingAsks();
+    void reopenKeepsEveryInstance();
     void olderLayouts();
     void incompatibleFile();
     void buttons();
@@ -208,7 +211,9 @@ void tst_PageSerdesIpDlg::editAndDelete()
         page.editIP(QStringLiteral("b"));
         QCOMPARE(answers.boxes.size(), 1);
         QCOMPARE(answers.boxes.first().title, QStringLiteral("Error"));
-        QCOMPARE(answers.boxes.first().text, QStringLiteral("frequence set error"));
+        QCOMPARE(answers.boxes.first().text,
+                 QStringLiteral("frequence set error\nQ0 Lane1 TX cannot use Q0 REFCLK0 at 125 "
+                                "MHz: it runs at 100 MHz for a."));
     }
     QCOMPARE(page.instanceArgs().keys(), QStringList("a"));
     QCOMPARE(page.instanceMessages().keys(), QStringList("a"));
@@ -234,7 +239,10 @@ void tst_PageSerdesIpDlg::saveAndReopen()
         serdes::instance()->setData(QStringLiteral("jesd204bCheckDRP_test_2"), 1);
 
         // Cancel writes nothing, OK without instances neither.
-        page.reject();
+        {
+            MessageBoxAnswers discard(QMessageBox::Discard);
+            page.reject();
+        }
         QVERIFY(!QFile::exists(dir + "/serdes.ipc"));
         saved = page.instanceArgs();
         routes = serdes::instance()->allAccess();
@@ -271,6 +279,127 @@ void tst_PageSerdesIpDlg::saveAndReopen()
     QCOMPARE(rewritten.value("Config/module").toString(), QStringLiteral("SerDes_Top"));
 }
 
+void tst_PageSerdesIpDlg::leavingAsks_data()
+{
+    QTest::addColumn<bool>("changed");
+    QTest::addColumn<int>("key");
+    // The button the question is answered with, empty when none is expected.
+    QTest::addColumn<QString>("answer");
+    QTest::addColumn<bool>("closed");
+
+    QTest::newRow("nothing changed") << false << int(Qt::Key_Escape) << "" << true;
+    QTest::newRow("keep editing") << true << int(Qt::Key_Escape) << "Keep Editing" << false;
+    QTest::newRow("discard") << true << int(Qt::Key_Escape) << "Discard" << true;
+    // The question's own Escape keeps the page.
+    QTest::newRow("escape on the question") << true << int(Qt::Key_Escape) << "Escape" << false;
+}
+
+void tst_PageSerdesIpDlg::leavingAsks()
+{
+    QFETCH(bool, changed);
+    QFETCH(int, key);
+    QFETCH(QString, answer);
+    QFETCH(bool, closed);
+
+    const QString file = m_tmp->filePath(QStringLiteral("core.ipc"));
+    writeIni(file, {{"version", "1.2"}, {"target_device", "RK9C880D-FG1517-2"}},
+             {{"TestProtocol:a", instanceArgs("a", {"Q1_LANE0 Q1_QPLL0 Q1_REFCLK0 100 5 0 0"})}});
+    serdesipdlg page(coreInfo());
+    QVERIFY(page.setOpening(m_tmp->path(), file));
+    if (changed)
+        page.createIP(QStringLiteral("TestProtocol"));
+    page.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&page));
+    QStringList asked;
+    if (!answer.isEmpty()) {
+        whenModal<QMessageBox>([&asked, answer](QMessageBox *box) {
+            asked << box->text() << box->defaultButton()->text();
+            if (answer == QLatin1String("Escape")) {
+                QTest::keyClick(box, Qt::Key_Escape);
+                return;
+            }
+            for (QAbstractButton *button : box->buttons()) {
+                if (button->text() == answer)
+                    button->click();
+            }
+        });
+    }
+    QTest::keyClick(&page, Qt::Key(key));
+    QCOMPARE(asked, answer.isEmpty() ? QStringList()
+                                     : QStringList({"Discard the changes to this SerDes core?",
+                                                    "Keep Editing"}));
+    QCOMPARE(!page.isVisible(), closed);
+    QCOMPARE(page.instanceArgs().size(), changed ? 2 : 1);
+}
+
+// Groups that cannot be placed again are named once, hold nothing, and are
+// written back as they were; the good ones around them are restored.
+void tst_PageSerdesIpDlg::reopenKeepsEveryInstance()
+{
+    const QString file = m_tmp->filePath(QStringLiteral("core.ipc"));
+    QMap<QString, QVariant> twice
+        = instanceArgs("a", {"Q1_LANE3_TX Q1_QPLL1 Q1_REFCLK1 100 0 0 5"});
+    writeIni(
+        file, {{"version", "1.2"}, {"target_device", "RK9C880D-FG1517-2"}},
+        {{"TestProtocol:a", instanceArgs("a", {"Q0_LANE0 Q0_QPLL0 Q0_REFCLK0 100 5 0 0"})},
+         {"Missing:b", instanceArgs("b", {"Q1_LANE0_TX Q1_QPLL0 Q1_REFCLK0 100 0 0 5"})},
+         {"TestProtocol:c", twice},
+         // Its first row is placed before the second is refused.
+         {"TestProtocol:d", instanceArgs("d", {"Q0_LANE2_TX Q0_QPLL1 Q0_REFCLK1 100 0 0 5",
+                                               "Q0_LANE1_TX Q0_QPLL0 Q0_REFCLK1 100 0 0 5"})},
+         {"TestProtocol:e", instanceArgs("e", {"Q0_LANE3 Q0_QPLL1"})},
+         {"TestProtocol:f", instanceArgs("f", {"Q0_LANE0_RX 0 Q0_REFCLK0 100 0 5 0"})},
+         {"TestProtocol:g", instanceArgs("g", {"Q1_LANE1_TX Q1_QPLL0 Q1_REFCLK0 125 0 0 5"})}});
+    QFile original(file);
+    QVERIFY(original.open(QIODevice::ReadOnly));
+    const QByteArray before = original.readAll();
+    original.close();
+
+    serdesipdlg page(coreInfo());
+    QTest::ignoreMessage(QtDebugMsg, "unknown group name");
+    QTest::ignoreMessage(QtCriticalMsg, "List size not equal");
+    {
+        MessageBoxAnswers answers;
+        QVERIFY(page.setOpening(m_tmp->path(), file));
+        QCOMPARE(answers.boxes.size(), 1);
+        QCOMPARE(answers.boxes.first().title, QStringLiteral("Warning"));
+        QCOMPARE(answers.boxes.first().text,
+                 QStringLiteral("5 instances of this configuration could not be restored. They "
+                                "hold nothing on the device, and OK keeps them in the file as "
+                                "they were:\n\n"
+                                "Missing:b: The protocol Missing is not installed.\n"
+                                "TestProtocol:c: The name a is taken by another instance.\n"
+                                "TestProtocol:d: tx route error Q0 Lane1 TX cannot reach Q0 "
+                                "REFCLK1: Q0 QPLL0 runs from Q0 REFCLK0 at 5 Gbps for a.\n"
+                                "TestProtocol:e: check error\n"
+                                "TestProtocol:f: Q0 Lane0 RX is already held by a."));
+    }
+    QCOMPARE(page.instanceArgs().keys(), QStringList({"a", "g"}));
+    QCOMPARE(page.unrestoredInstances().size(), 5);
+    QCOMPARE(serdes::instance()->allAccess().keys(),
+             QStringList({"Q0_LANE0_RX", "Q0_LANE0_TX", "Q1_LANE1_TX"}));
+    for (const char *element : {"Q0_QPLL1", "Q0_REFCLK1", "Q0_LANE2_TX", "Q0_LANE1_TX"})
+        QVERIFY2(!serdes::instance()->instanceEnable(QLatin1String(element)), element);
+    QCOMPARE(serdes::instance()->FormStringToREFSPtr("Q0_REFCLK0")->count, 2);
+    QVERIFY(!page.hasChanges());
+
+    // Saved again, the file holds every group as it was read.
+    QVERIFY(page.setupArgs());
+    const auto groupText = [](const QByteArray &text, const QByteArray &group) {
+        const int from = text.indexOf("[" + group + "]");
+        const int to = text.indexOf("\n[", from + 1);
+        return text.mid(from, to < 0 ? -1 : to - from);
+    };
+    QFile saved(file);
+    QVERIFY(saved.open(QIODevice::ReadOnly));
+    const QByteArray after = saved.readAll();
+    for (const char *group : {"Missing:b", "TestProtocol:c", "TestProtocol:d", "TestProtocol:e",
+                              "TestProtocol:f", "TestProtocol:a", "TestProtocol:g"}) {
+        QVERIFY2(groupText(before, group).size() > 20, group);
+        QCOMPARE(groupText(after, group), groupText(before, group));
+    }
+}
+
 void tst_PageSerdesIpDlg::olderLayouts()
 {
     // A "1.1" project made in /old/place, moved here with its instance file.
@@ -292,7 +421,7 @@ void tst_PageSerdesIpDlg::olderLayouts()
              {{"Config", config}});
 
     serdesipdlg page(coreInfo());
-    QTest::ignoreMessage(QtDebugMsg, "unknown group name");
+    MessageBoxAnswers answers;
     QVERIFY(page.setOpening(root, root + "/top.ipc"));
     QCOMPARE(page.fileName(), QStringLiteral("old_file"));
     QCOMPARE(page.moduleName(), QStringLiteral("Old_Top"));
@@ -303,14 +432,18 @@ void tst_PageSerdesIpDlg::olderLayouts()
     QCOMPARE(serdes::instance()->occupiedLanes(), QStringList("Q0 Lane2"));
 
     // The first layout pads a short entry: an empty one names "0/0.ipc", which
-    // is not there, and reading stops at it.
+    // is not there. It costs only its own instance.
     config.insert("KEYS", QStringList{"gone", "inst"});
     writeIni(root + "/first.ipc", {{"version", "1.0"}, {"target_device", "RK9C90F-BG324-1"}},
              {{"Config", config}});
     serdesipdlg firstPage(coreInfo());
-    QTest::ignoreMessage(QtDebugMsg, "unknown group name");
     QVERIFY(firstPage.setOpening(root, root + "/first.ipc"));
-    QVERIFY(firstPage.instanceArgs().isEmpty());
+    QCOMPARE(firstPage.instanceArgs().keys(), QStringList("inst"));
+    QCOMPARE(firstPage.unrestoredInstances().size(), 1);
+    QCOMPARE(
+        firstPage.unrestoredInstances().first().reason,
+        QStringLiteral("Its file %1 is missing.").arg(QDir::toNativeSeparators(root + "/0/0.ipc")));
+    QCOMPARE(answers.boxes.size(), 2);
 }
 
 void tst_PageSerdesIpDlg::incompatibleFile()

@@ -6,6 +6,10 @@
 
 #include "protocolclient.h"
 
+#include "page/refusalreport.h"
+
+#include <vector>
+
 using namespace IPSERDESIP;
 using namespace protocolclient;
 
@@ -27,6 +31,9 @@ private slots:
     void requests();
     void wholeLaneHoldsSourceTwice();
     void pllSharing();
+    void releaseGivesBackTheTrialOnly();
+    void refusalWords_data();
+    void refusalWords();
 
 private:
     QPluginLoader m_loader;
@@ -229,6 +236,42 @@ void tst_ProtocolAllocation::wholeLaneHoldsSourceTwice()
     QCOMPARE(model->moduleNames, QStringList("b"));
 }
 
+// A trial on the PLL that another instance runs, refused or accepted, is
+// given back without touching that instance.
+void tst_ProtocolAllocation::releaseGivesBackTheTrialOnly()
+{
+    serdes *model = freshModel(T880K);
+    auto a = request(m_protocol, {"Q0_LANE0 Q0_QPLL0 Q0_REFCLK0 100 5 0 0"}, "a");
+    QString err;
+    QVERIFY(model->addItem(a.get(), err));
+    const QString heldByA = "Q0_LANE0_RX=1:5:Q0_MUX0 Q0_LANE0_TX=1:5:Q0_QPLL0 Q0_MUX0=2@0 "
+                            "Q0_QPLL0=1@0 Q0_REFCLK0=2:100";
+    const QString routesOfA
+        = "Q0_LANE0_RX>Q0_MUX0>Q0_REFCLK0 Q0_LANE0_TX>Q0_QPLL0>Q0_MUX0>Q0_REFCLK0";
+    QCOMPARE(held(model), heldByA);
+
+    auto trial = request(
+        m_protocol,
+        {"Q0_LANE1_TX Q0_QPLL0 Q0_REFCLK0 100 0 0 5", "Q0_LANE2_TX Q0_QPLL0 Q0_REFCLK1 100 0 0 5"},
+        "trial");
+    QVERIFY(!model->addItem(trial.get(), err));
+    QVERIFY(model->releaseLastRequest());
+    QCOMPARE(held(model), heldByA);
+    QCOMPARE(routes(model), routesOfA);
+    QCOMPARE(model->moduleNames, QStringList("a"));
+    QVERIFY(!model->releaseLastRequest());
+
+    QVERIFY(model->checkRoute({"Q0_LANE3_TX"}, {"Q0_QPLL0"}, {"Q0_REFCLK0"}, {"100"}));
+    QVERIFY(model->releaseLastRequest());
+    QCOMPARE(held(model), heldByA);
+    QCOMPARE(routes(model), routesOfA);
+
+    // A release is no undo of anything but the request just made.
+    QVERIFY(model->deleteItem(a.get(), err));
+    QVERIFY(!model->releaseLastRequest());
+    QCOMPARE(held(model), QString());
+}
+
 void tst_ProtocolAllocation::pllSharing()
 {
     serdes *model = freshModel(T880K);
@@ -288,6 +331,109 @@ void tst_ProtocolAllocation::pllSharing()
     QCOMPARE(model->checkPLLforQuad1(10.3125), QStringList());
     QCOMPARE(model->notOccupiedLanes(),
              QStringList({"Q0 Lane0", "Q0 Lane1", "Q0 Lane2", "Q0 Lane3"}));
+}
+
+void tst_ProtocolAllocation::refusalWords_data()
+{
+    QTest::addColumn<QString>("device");
+    // "@name [TYPE]" starts a placed instance; its rows follow.
+    QTest::addColumn<QStringList>("placed");
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QStringList>("rows");
+    QTest::addColumn<QStringList>("words");
+
+    QTest::newRow("pinned mux held for another source")
+        << T880K << QStringList{"@bcdr BCDR", "Q1_LANE0 Q1_QPLL0 Q1_REFCLK1 100 5 0 0"} << QString()
+        << QStringList{"Q1_LANE2_TX Q1_QPLL1 Q1_REFCLK0 100 0 0 5 REFMUX0"}
+        << QStringList{"Q1 Lane2 TX cannot reach Q1 REFCLK0 over Q1 REFMUX0: it is held by bcdr "
+                       "for Q1 REFCLK1."};
+    QTest::newRow("source at another frequency, whole lane")
+        << T880K << QStringList{"@xaui_0", "Q0_LANE0 Q0_QPLL0 Q0_REFCLK0 100 3.125 0 0"}
+        << QString() << QStringList{"Q0_LANE1 Q0_QPLL0 Q0_REFCLK0 156.250 3.125 0 0"}
+        << QStringList{"Q0 Lane1 cannot use Q0 REFCLK0 at 156.25 MHz: it runs at 100 MHz for "
+                       "xaui_0."};
+    QTest::newRow("pll held from another source")
+        << T880K << QStringList{"@xaui_0", "Q0_LANE0 Q0_QPLL0 Q0_REFCLK0 156.25 10.3125 0 0"}
+        << QString() << QStringList{"Q0_LANE1_TX Q0_QPLL0 Q0_REFCLK1 125 0 0 5"}
+        << QStringList{"Q0 Lane1 TX cannot reach Q0 REFCLK1: Q0 QPLL0 runs from Q0 REFCLK0 at "
+                       "10.3125 Gbps for xaui_0."};
+    // Held lines come first, ahead of the PLL that refuses the TX line.
+    QTest::newRow("lane held by another instance")
+        << T880K << QStringList{"@xaui_0", "Q0_LANE0 Q0_QPLL0 Q0_REFCLK0 156.25 10.3125 0 0"}
+        << QString() << QStringList{"Q0_LANE0 Q0_QPLL0 Q0_REFCLK1 125 5 0 0"}
+        << QStringList{"Q0 Lane0 is already held by xaui_0."};
+    // Once the request took its line, the table has the request's route only;
+    // the holder's still holds Q0_MUX0.
+    QTest::newRow("held line rerouted, then no mux left")
+        << T880K << QStringList{"@xaui_0", "Q0_LANE0_RX 0 Q0_REFCLK0 100 0 5 0"} << QString()
+        << QStringList{"Q0_LANE0_RX 0 Q0_REFCLK1 100 0 5 0", "Q0_LANE1_RX 0 Q1_REFCLK0 100 0 5 0"}
+        << QStringList{"Q0 Lane0 RX is already held by xaui_0.",
+                       "Q0 Lane1 RX cannot reach Q1 REFCLK0: no mux that reaches it is free, "
+                       "Q0 REFMUX0 is held by xaui_0 for Q0 REFCLK0 and Q0 REFMUX1 is held by "
+                       "this instance's Q0 Lane0 RX for Q0 REFCLK1."};
+    // Both muxes are held, one by the request's own first row, over the bridge.
+    QTest::newRow("no mux left, one held by an earlier row")
+        << T880K << QStringList{"@xaui_0", "Q0_LANE0 Q0_QPLL0 Q0_REFCLK0 156.25 10.3125 0 0"}
+        << QString()
+        << QStringList{"Q0_LANE2_TX Q0_QPLL1 Q1_REFCLK0 125 0 0 5",
+                       "Q0_LANE3_RX 0 Q0_REFCLK1 125 0 5 0"}
+        << QStringList{"Q0 Lane3 RX cannot reach Q0 REFCLK1: no mux that reaches it is free, "
+                       "Q0 REFMUX0 is held by xaui_0 for Q0 REFCLK0 and Q0 REFMUX1 is held by "
+                       "this instance's Q0 Lane2 TX for Q1 REFCLK0."};
+    QTest::newRow("bridge held, two holders")
+        << T880K
+        << QStringList{"@a", "Q1_LANE0_TX Q1_QPLL0 Q0_REFCLK0 100 0 0 5", "@b",
+                       "Q1_LANE3_TX Q1_QPLL0 Q0_REFCLK0 100 0 0 5"}
+        << QString() << QStringList{"Q1_LANE1_RX 0 Q0_REFCLK1 100 0 5 0"}
+        << QStringList{"Q1 Lane1 RX cannot reach Q0 REFCLK1: no mux that reaches it is free, "
+                       "Q1 REFMUX0 is held by a and b for Q0 REFCLK0 and the bridge between "
+                       "the quads is held by a and b for Q0 REFCLK0."};
+    // The model shares a PLL at any rate; only the second row stops it.
+    QTest::newRow("one quad: pll at another rate, no such route")
+        << T370K << QStringList{"@sgmii_0", "Q0_LANE0_TX Q0_QPLL0 Q0_GPIO1 100 0 0 1.25"}
+        << QString()
+        << QStringList{"Q0_LANE1_TX Q0_QPLL0 Q0_GPIO1 100 0 0 5",
+                       "Q0_LANE2_RX 0 Q0_REFCLK0 100 0 5 0 REFMUX2"}
+        << QStringList{"Q0 Lane1 TX cannot use Q0 QPLL0 at 5 Gbps: it runs at 1.25 Gbps for "
+                       "sgmii_0.",
+                       "Q0 Lane2 RX has no route from Q0 REFCLK0 over Q0 REFMUX2 on this device."};
+}
+
+// The words must not depend on whether the refused request's partial
+// reservations are still in the model.
+void tst_ProtocolAllocation::refusalWords()
+{
+    QFETCH(QString, device);
+    QFETCH(QStringList, placed);
+    QFETCH(QString, type);
+    QFETCH(QStringList, rows);
+    QFETCH(QStringList, words);
+
+    std::vector<std::unique_ptr<Message>> owned;
+    QMap<QString, Message *> holders;
+    for (int i = 0; i < placed.size();) {
+        const QStringList head = placed.at(i).mid(1).split(QLatin1Char(' '));
+        QStringList own;
+        for (++i; i < placed.size() && !placed.at(i).startsWith(QLatin1Char('@')); ++i)
+            own << placed.at(i);
+        owned.push_back(request(m_protocol, own, head.first(), head.value(1)));
+        holders.insert(head.first(), owned.back().get());
+    }
+    const auto placeHolders = [&] {
+        serdes *model = freshModel(device);
+        QString err;
+        for (Message *msg : qAsConst(holders))
+            QVERIFY2(model->addItem(msg, err), qPrintable(err));
+    };
+
+    placeHolders();
+    auto msg = request(m_protocol, rows, "refused", type);
+    QString err;
+    QVERIFY(!serdes::instance()->addItem(msg.get(), err));
+    QCOMPARE(explainRefusal(serdes::instance(), *msg, holders), words);
+
+    placeHolders();
+    QCOMPARE(explainRefusal(serdes::instance(), *msg, holders), words);
 }
 
 QTEST_GUILESS_MAIN(tst_ProtocolAllocation)
