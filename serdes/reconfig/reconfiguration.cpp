@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "reconfig/reconfiguration.h"
 
+#include "plugin/messagebox.h"
 #include "plugin/serdesipconstants.h"
 #include "reconfig/csrtask.h"
 #include "ui_reconfiguration.h"
@@ -15,8 +16,10 @@
 #include <QMessageBox>
 #include <QPixmap>
 #include <QProcess>
+#include <QSaveFile>
 #include <QTextStream>
 
+#include <algorithm>
 #include <memory>
 
 namespace IPSERDESIP {
@@ -260,6 +263,11 @@ QStringList reconfiguration::getRxAFEOptions() const
 
 QStringList reconfiguration::getLaneOptions() const
 {
+    return {QString::number(laneMask())};
+}
+
+int reconfiguration::laneMask() const
+{
     const QCheckBox *const lanes[] = {
         ui->checkBoxq0ln0, ui->checkBoxq0ln1, ui->checkBoxq0ln2, ui->checkBoxq0ln3,
         ui->checkBoxq1ln0, ui->checkBoxq1ln1, ui->checkBoxq1ln2, ui->checkBoxq1ln3,
@@ -270,20 +278,11 @@ QStringList reconfiguration::getLaneOptions() const
         if (lanes[bit]->isChecked() && lanes[bit]->isVisible())
             mask |= 1 << bit;
     }
-    return {QString::number(mask)};
+    return mask;
 }
 
 void reconfiguration::onExport()
 {
-    const QString proposal
-        = m_exportDirectory.isEmpty()
-              ? QStringLiteral("reconfigure.csr")
-              : QDir(m_exportDirectory).filePath(QStringLiteral("reconfigure.csr"));
-    const QString fileName = QFileDialog::getSaveFileName(this, QStringLiteral("Export File"),
-                                                          proposal, QStringLiteral("CSR(*.csr)"));
-    if (fileName.isEmpty())
-        return;
-
     struct Task
     {
         const QCheckBox *enable;
@@ -298,6 +297,29 @@ void reconfiguration::onExport()
         {ui->checkBoxRXAFEEnable, "cfg_rx_afe", &reconfiguration::getRxAFEOptions},
     };
 
+    // Refused before a file is asked for: such an export would write an empty
+    // script over the chosen file, or a generator run for no lane would fail.
+    QStringList missing;
+    if (laneMask() == 0)
+        missing << tr("No lane is checked. Check at least one lane under \"%1\" to export.")
+                       .arg(ui->groupBox->title());
+    if (std::none_of(std::begin(tasks), std::end(tasks),
+                     [](const Task &task) { return task.enable->isChecked(); }))
+        missing << tr("No task is enabled. Check \"Enable\" for at least one task to export.");
+    if (!missing.isEmpty()) {
+        showOkBox(this, QMessageBox::Warning, tr("Warning"), missing.join(QLatin1Char('\n')));
+        return;
+    }
+
+    const QString proposal
+        = m_exportDirectory.isEmpty()
+              ? QStringLiteral("reconfigure.csr")
+              : QDir(m_exportDirectory).filePath(QStringLiteral("reconfigure.csr"));
+    const QString fileName = QFileDialog::getSaveFileName(this, QStringLiteral("Export File"),
+                                                          proposal, QStringLiteral("CSR(*.csr)"));
+    if (fileName.isEmpty())
+        return;
+
     QByteArray data;
     bool ok = true;
     for (const Task &task : tasks) {
@@ -309,15 +331,26 @@ void reconfiguration::onExport()
     }
 
     // Written after a failed task too, with what the tasks before it gave: the
-    // user has been told which task failed.
-    QFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly)) {
-        qWarning().noquote() << fileName << "cannot be written:" << file.errorString();
+    // user has been told which task failed. A file that cannot be written
+    // whole keeps what it held.
+    const QString shownName = QDir::toNativeSeparators(fileName);
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size() || !file.commit()) {
+        showOkBox(this, QMessageBox::NoIcon, tr("Error"),
+                  tr("Failed to write \"%1\": %2").arg(shownName, file.errorString()));
         return;
     }
-    file.write(data);
-    file.flush();
-    file.close();
+    if (!ok)
+        return;
+
+    // What is counted is the file's records, one a line: each stands for one
+    // line of the generator's output that starts with "upar_write_driver", a
+    // short one included.
+    const int writes = data.count('\n');
+    const QString text = writes == 1 ? tr("Exported 1 register write to \"%1\".").arg(shownName)
+                                     : tr("Exported %1 register writes to \"%2\".")
+                                           .arg(QString::number(writes), shownName);
+    showOkBox(this, QMessageBox::Information, tr("Export"), text);
 }
 
 QByteArray reconfiguration::runProcessAndGetCsr(const QStringList &args, bool &ok)
@@ -326,7 +359,8 @@ QByteArray reconfiguration::runProcessAndGetCsr(const QStringList &args, bool &o
                          + QLatin1String(APP_SERDES_CSR_TASK_GEN);
     const QString cleaned = QDir::cleanPath(path);
     if (!QFile::exists(cleaned)) {
-        showError(QStringLiteral("Can not find %1, please check your installation.")
+        showOkBox(this, QMessageBox::NoIcon, tr("Error"),
+                  tr("Can not find %1, please check your installation.")
                       .arg(QDir::toNativeSeparators(cleaned)));
         ok = false;
         return {};
@@ -352,7 +386,7 @@ QByteArray reconfiguration::runProcessAndGetCsr(const QStringList &args, bool &o
         qCritical("%s", qPrintable(text));
         const QString report = csrToolReport(text);
         qDebug("%s", qPrintable(report));
-        showError(report);
+        showOkBox(this, QMessageBox::NoIcon, tr("Error"), report);
         ok = false;
         return {};
     }
@@ -368,14 +402,6 @@ QByteArray reconfiguration::runProcessAndGetCsr(const QStringList &args, bool &o
     output.close();
     output.remove();
     return records;
-}
-
-void reconfiguration::showError(const QString &text)
-{
-    QMessageBox box(QMessageBox::Critical, QStringLiteral("Error"), text, QMessageBox::Ok, this);
-    box.setWindowIcon(QIcon(QStringLiteral("://image/module.png")));
-    box.setIconPixmap(QPixmap(QStringLiteral("://image/exclamation.png")));
-    box.exec();
 }
 
 } // namespace IPSERDESIP

@@ -72,7 +72,8 @@ public slots:
     void onExport();
 
 private:
-    void showError(const QString &text);
+    // The mask of getLaneOptions.
+    int laneMask() const;
 
     Ui_configUI *ui;
     DEV::DeviceArg device;

@@ -2,8 +2,9 @@
 //
 // The export of a register script: doubles of the task generator placed where
 // the dialog looks for it (missing, failing, leaving no file, writing odd
-// lines), the file dialog answered or cancelled, and the stand-in generator
-// both behind the dialog and on its own command line.
+// lines), the file dialog answered or cancelled, exports refused or not
+// writable, and the stand-in generator both behind the dialog and on its own
+// command line.
 
 #include "plugin/serdesipconstants.h"
 #include "reconfig/reconfiguration.h"
@@ -126,8 +127,8 @@ private slots:
     void cleanup();
     void withDoubles_data();
     void withDoubles();
-    void cancelRunsNothing_data();
-    void cancelRunsNothing();
+    void runsNothing_data();
+    void runsNothing();
     void standIn_data();
     void standIn();
     void standInRefuses_data();
@@ -162,11 +163,13 @@ void tst_ReconfigExport::withDoubles_data()
     QTest::addColumn<QByteArray>("cases"); // null: no generator installed
     QTest::addColumn<QStringList>("settings");
     QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QStringList>("messages");
+    QTest::addColumn<QStringList>("messages"); // %1: the file chosen
     QTest::addColumn<QStringList>("calls");
+    QTest::addColumn<bool>("folder"); // whether the file's folder exists
     const auto row = [](const char *name, const QByteArray &cases, const QStringList &settings,
-                        const char *file, const QStringList &messages, const QStringList &calls) {
-        QTest::newRow(name) << cases << settings << QByteArray(file) << messages << calls;
+                        const char *file, const QStringList &messages, const QStringList &calls,
+                        bool folder = true) {
+        QTest::newRow(name) << cases << settings << QByteArray(file) << messages << calls << folder;
     };
 
     const QStringList lanes = words("checkBoxq0ln0=1 checkBoxq0ln1=1");
@@ -182,14 +185,16 @@ void tst_ReconfigExport::withDoubles_data()
         "cfg_lb) printf '# made by a double\\nupar_write_driver 0x010120 0x00000003\\n"
         "upar_write_driver 0x010920 0x00000003\\n' > \"$out\";;\n"
         "cfg_tx_afe) printf 'upar_write_driver 0x010130 0x00000090\\n' > \"$out\";;",
-        both, "01012000000003\n01092000000003\n01013000000090\n", {}, {loopback, txAfe});
+        both, "01012000000003\n01092000000003\n01013000000090\n",
+        {"Exported 3 register writes to \"%1\"."}, {loopback, txAfe});
     row("odd lines",
         "cfg_lb) printf 'upar_write_driverX 0xabcdef 0x12345678\\nupar_write_driver\\n"
         "upar_write_driver 0x0101\\n upar_write_driver 0x010120 0x00000003\\n"
         "UPAR_WRITE_DRIVER 0x010120 0x00000003\\n"
         "upar_write_driver 0x0a0b0c 0x0d0e0f00 ; last\\n' > \"$out\";;",
         lanes + words("checkBoxLoopbackEnable=1 comboBoxLoopBackMode=LB_NES"),
-        "xabcdex1234567\n\n0101\n0a0b0c0d0e0f00\n", {}, {loopback});
+        "xabcdex1234567\n\n0101\n0a0b0c0d0e0f00\n", {"Exported 4 register writes to \"%1\"."},
+        {loopback});
     row("no generator", QByteArray(), both, "",
         {QString("Can not find %1, please check your installation.")
              .arg(QDir::toNativeSeparators(QDir::cleanPath(toolPath())))},
@@ -208,14 +213,14 @@ void tst_ReconfigExport::withDoubles_data()
         {txAfe});
     row("no file from the first task",
         "cfg_tx_afe) printf 'upar_write_driver 0x010130 0x00000090\\n' > \"$out\";;", both,
-        "01013000000090\n", {}, {loopback, txAfe});
+        "01013000000090\n", {"Exported 1 register write to \"%1\"."}, {loopback, txAfe});
     // The receive front end's task stays in the export, though no user can
     // enable it.
     row("every task, the hidden one too", "",
         words("checkBoxq1ln0=1 checkBoxTxDataRateEnable=1 checkBoxRxDataRateEnable=1 "
               "checkBoxLoopbackEnable=1 checkBoxTXAFEEnable=1 checkBoxRXAFEEnable=1 "
               "doubleSpinBoxTXDataRate=1.25"),
-        "", {},
+        "", {"Exported 0 register writes to \"%1\"."},
         {"--task cfg_tx_dr --lane 16 --tx_data_rate 1.25000000 --pcs_tx_clk_src 0 "
          "--pll_ref_sel 0 --q0_refmux0_freq 0.00000000 --q0_refmux1_freq 0.00000000 "
          "--q1_refmux0_freq 0.00000000 --q1_refmux1_freq 0.00000000 --width_mode 8 "
@@ -228,7 +233,9 @@ void tst_ReconfigExport::withDoubles_data()
          "-o config_tmp.csr",
          "--task cfg_rx_afe --lane 16 --rx_eq_bias 0 --dr_rx_att_boost 0 --eq_manual 0 "
          "--dr_rx_att 0 --dr_rx_boost 0 -o config_tmp.csr"});
-    row("nothing enabled", "", lanes, "", {}, {});
+    // The file dialog takes the name of a file in a folder that does not exist.
+    row("folder missing", "cfg_lb) printf 'upar_write_driver 0x010120 0x00000003\\n' > \"$out\";;",
+        both, "", {"Failed to write \"%1\": No such file or directory"}, {loopback, txAfe}, false);
 }
 
 void tst_ReconfigExport::withDoubles()
@@ -238,11 +245,15 @@ void tst_ReconfigExport::withDoubles()
     QFETCH(QByteArray, file);
     QFETCH(QStringList, messages);
     QFETCH(QStringList, calls);
+    QFETCH(bool, folder);
 
     if (!cases.isNull())
         placeTool(loggingTool(cases));
     const QString target = m_work->filePath("out/script.csr");
-    QVERIFY(QDir().mkpath(m_work->filePath("out")));
+    if (folder)
+        QVERIFY(QDir().mkpath(m_work->filePath("out")));
+    for (QString &message : messages)
+        message.replace("%1", QDir::toNativeSeparators(target));
     ModalAnswers answers(target);
     exportFrom("RK9C-880D", settings);
 
@@ -251,37 +262,70 @@ void tst_ReconfigExport::withDoubles()
     QCOMPARE(::calls(), calls);
     // Written after a failure too, with what the tasks before it gave.
     QCOMPARE(readAll(target), file);
+    QCOMPARE(QDir(m_work->filePath("out")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             folder ? QStringList{"script.csr"} : QStringList());
     QVERIFY(!QFile::exists("config_tmp.csr"));
 }
 
-void tst_ReconfigExport::cancelRunsNothing_data()
+void tst_ReconfigExport::runsNothing_data()
 {
+    QTest::addColumn<QString>("family"); // none: not prepared
+    QTest::addColumn<QStringList>("settings");
     QTest::addColumn<QString>("exportDirectory");
-    QTest::addColumn<QString>("proposal");
+    QTest::addColumn<QString>("proposal"); // none: no file dialog
+    QTest::addColumn<QStringList>("messages");
+    const auto row
+        = [](const char *name, const char *family, const char *settings,
+             const char *exportDirectory, const char *proposal, const QStringList &messages) {
+              QTest::newRow(name) << QString(family) << words(settings) << QString(exportDirectory)
+                                  << QString(proposal) << messages;
+          };
+    const QString noLane
+        = "No lane is checked. Check at least one lane under \"Channel\" to export.";
+    const QString noTask = "No task is enabled. Check \"Enable\" for at least one task to export.";
 
-    QTest::newRow("current directory") << ""
-                                       << "%1/reconfigure.csr";
-    QTest::newRow("the core's directory") << "%1/core"
-                                          << "%1/core/reconfigure.csr";
+    row("cancelled, current directory", "", "checkBoxq0ln0=1 checkBoxLoopbackEnable=1", "",
+        "%1/reconfigure.csr", {});
+    row("cancelled, the core's directory", "", "checkBoxq0ln0=1 checkBoxLoopbackEnable=1",
+        "%1/core", "%1/core/reconfigure.csr", {});
+    row("no lane checked", "RK9C-880D", "checkBoxLoopbackEnable=1 checkBoxTXAFEEnable=1", "%1/core",
+        "", {noLane});
+    // The lanes of a quad the device lacks are not sent, checked or not.
+    row("only lanes of a hidden quad", "RK9C-370D",
+        "checkBoxq1ln0=1 checkBoxq1ln3=1 checkBoxLoopbackEnable=1", "%1/core", "", {noLane});
+    row("no task enabled", "RK9C-880D",
+        "checkBoxq0ln0=1 checkBoxq1ln2=1 comboBoxLoopBackMode=LB_ENC spinBoxTXSwingLevel=9",
+        "%1/core", "", {noTask});
+    row("neither", "RK9C-880D", "", "%1/core", "", {noLane + '\n' + noTask});
 }
 
-void tst_ReconfigExport::cancelRunsNothing()
+void tst_ReconfigExport::runsNothing()
 {
+    QFETCH(QString, family);
+    QFETCH(QStringList, settings);
     QFETCH(QString, exportDirectory);
     QFETCH(QString, proposal);
+    QFETCH(QStringList, messages);
 
     placeTool(loggingTool("*) printf 'upar_write_driver 0x010120 0x00000003\\n' > \"$out\";;"));
     QVERIFY(QDir().mkpath(m_work->filePath("core")));
-    ModalAnswers answers(QString{});
-    exportFrom({}, {"checkBoxq0ln0=1", "checkBoxLoopbackEnable=1"},
+    const QString earlier = m_work->filePath("core/reconfigure.csr");
+    const QByteArray content = "# kept\r\n01012000000003\n\xff";
+    QVERIFY(writeFile(earlier, content));
+    // Where no file dialog is expected, one that comes up all the same is
+    // answered with a new file, whose export would show.
+    ModalAnswers answers(proposal.isEmpty() ? m_work->filePath("core/chosen.csr") : QString());
+    exportFrom(family, settings,
                exportDirectory.isEmpty() ? QString() : exportDirectory.arg(m_work->path()));
 
-    QCOMPARE(answers.fileDialogs, 1);
-    QCOMPARE(answers.proposal, proposal.arg(QDir::current().canonicalPath()));
-    QCOMPARE(answers.messages, QStringList());
+    QCOMPARE(answers.fileDialogs, proposal.isEmpty() ? 0 : 1);
+    if (!proposal.isEmpty())
+        QCOMPARE(answers.proposal, proposal.arg(QDir::current().canonicalPath()));
+    QCOMPARE(answers.messages, messages);
     QCOMPARE(::calls(), QStringList());
     QCOMPARE(QDir::current().entryList(QDir::Files), QStringList());
-    QCOMPARE(QDir(m_work->filePath("core")).entryList(QDir::Files), QStringList());
+    QCOMPARE(QDir(m_work->filePath("core")).entryList(QDir::Files), QStringList{"reconfigure.csr"});
+    QCOMPARE(readAll(earlier), content);
 }
 
 void tst_ReconfigExport::standIn_data()
@@ -289,7 +333,8 @@ void tst_ReconfigExport::standIn_data()
     QTest::addColumn<QString>("family");
     QTest::addColumn<QStringList>("settings");
     QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QString>("message"); // a part of the one message expected
+    // The start of the one message expected; %1: the file chosen.
+    QTest::addColumn<QString>("message");
     const auto row = [](const char *name, const char *family, const char *settings,
                         const char *file, const char *message) {
         QTest::newRow(name) << QString(family) << words(settings) << QByteArray(file)
@@ -310,7 +355,7 @@ void tst_ReconfigExport::standIn_data()
         "021910002625a0\n02191412a05f20\n02191800000000\n"
         "01012000000005\n02192000000005\n"
         "010130000000a1\n01013400000604\n021930000000a1\n02193400000604\n",
-        "");
+        "Exported 18 register writes to \"%1\".");
     // The second quad's lanes and frequencies do not go out, and the generator
     // does not ask for them.
     row("one quad", "RK9C-370D",
@@ -321,7 +366,7 @@ void tst_ReconfigExport::standIn_data()
         "010900005f5e10\n01090409502f90\n01090800000022\n"
         "011100005f5e10\n01110409502f90\n01110800000022\n"
         "011900005f5e10\n01190409502f90\n01190800000022\n",
-        "");
+        "Exported 12 register writes to \"%1\".");
     row("rate of 0 refused", "RK9C-880D",
         "checkBoxq0ln0=1 checkBoxTxDataRateEnable=1 doubleSpinBoxTXQ0RefMux0Freq=156.25 "
         "checkBoxLoopbackEnable=1",
@@ -330,9 +375,6 @@ void tst_ReconfigExport::standIn_data()
         "checkBoxq0ln0=1 checkBoxq1ln0=1 checkBoxRxDataRateEnable=1 doubleSpinBoxRXDataRate=5 "
         "doubleSpinBoxRXQ0RefMux0Freq=125",
         "", "Error: --q1_refmux0_freq 0.00000000: must be above 0");
-    // The form sends a task with no lane checked; the generator refuses it.
-    row("no lane refused", "RK9C-880D", "checkBoxTXAFEEnable=1", "",
-        "Error: --lane 0 selects no lane");
 }
 
 void tst_ReconfigExport::standIn()
@@ -344,13 +386,13 @@ void tst_ReconfigExport::standIn()
 
     placeTool(QByteArray("exec '") + STAND_IN + "' \"$@\"");
     const QString target = m_work->filePath("script.csr");
+    message.replace("%1", QDir::toNativeSeparators(target));
     ModalAnswers answers(target);
     exportFrom(family, settings);
 
     QCOMPARE(answers.fileDialogs, 1);
-    QCOMPARE(answers.messages.size(), message.isEmpty() ? 0 : 1);
-    if (!message.isEmpty())
-        QVERIFY2(answers.messages.first().startsWith(message), qPrintable(answers.messages[0]));
+    QCOMPARE(answers.messages.size(), 1);
+    QVERIFY2(answers.messages.first().startsWith(message), qPrintable(answers.messages[0]));
     QCOMPARE(readAll(target), file);
     QVERIFY(!QFile::exists("config_tmp.csr"));
 }
@@ -395,6 +437,8 @@ void tst_ReconfigExport::standInRefuses_data()
     row("reference of a chosen quad missing", without(rx, "--q1_refmux1_freq"),
         "Error: --q1_refmux1_freq is missing");
     row("lane mask beyond two quads", replaced(lb, "--lane", "256"), "Error: --lane 256");
+    // The dialog refuses to send it.
+    row("no lane", replaced(lb, "--lane", "0"), "Error: --lane 0 selects no lane");
     row("option twice", afe + words("--txlev 3"), "Error: --txlev is given more than once");
     row("no output", without(lb, "-o"), "Error: -o is missing");
     row("option without its value", lb + words("--lb_mode"), "Error: --lb_mode has no value");
