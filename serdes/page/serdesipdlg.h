@@ -28,6 +28,10 @@ class serdesView;
 class SERDESIP_TEST_EXPORT serdesipdlg : public MicroSysIPGenDlg
 {
     Q_OBJECT
+    // For runs without a person, read by name: the instances placed, and
+    // those of the opened file that could not be placed again.
+    Q_PROPERTY(int placedInstances READ placedInstances)
+    Q_PROPERTY(int unrestoredInstances READ unrestoredCount)
 
 public:
     serdesipdlg(const QMap<QString, QVariant> &info, QWidget *parent = nullptr);
@@ -74,6 +78,8 @@ public:
         QString reason;
     };
     const QList<UnrestoredInstance> &unrestoredInstances() const { return m_unrestored; }
+    int placedInstances() const { return m_args.size(); }
+    int unrestoredCount() const { return m_unrestored.size(); }
     // Whether instances were created, edited or deleted since the page opened.
     bool hasChanges() const { return m_changed; }
 
