@@ -139,6 +139,15 @@ bool isReserved(const QString &name, bool vhdl)
     return vhdl ? vhdlWords.contains(name.toLower()) : verilog.contains(name);
 }
 
+} // namespace
+
+bool isReservedWord(const QString &name)
+{
+    return isReserved(name, false) || isReserved(name, true);
+}
+
+namespace {
+
 // VHDL names are case-insensitive, so clashes are found on folded names there.
 QString scopeKey(const QString &name, bool vhdl)
 {

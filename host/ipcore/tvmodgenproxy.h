@@ -12,6 +12,11 @@ namespace IPCore {
 // type, so the values are part of the interface.
 enum FileType { Verilog = 0, VHDL = 1 };
 
+// Whether `name` is a reserved word of Verilog (case counts) or of VHDL (case
+// does not), and so cannot name a module, an instance or a port in a file of
+// either language.
+HOSTPLATFORM_EXPORT bool isReservedWord(const QString &name);
+
 // The module generator: reads a command file and writes the top-level wrapper
 // and its instantiation template.
 //

@@ -112,7 +112,8 @@ void MicroSysIPGenDlg::setDevice(QSettings &settings)
     DEV::DeviceDb *db = Core::IdeCore::deviceDataBase();
     DEV::DeviceArg found;
     if (settings.contains(QLatin1String(IPCore::Info::KEY_IP_DEVICE))) {
-        found = db->findByID(settings.value(QLatin1String(IPCore::Info::KEY_IP_DEVICE)).toString());
+        m_fileDeviceId = settings.value(QLatin1String(IPCore::Info::KEY_IP_DEVICE)).toString();
+        found = db->findByID(m_fileDeviceId);
     } else if (settings.childGroups().contains(QLatin1String(IPCore::Info::GROUP_DEVICE))) {
         settings.beginGroup(QLatin1String(IPCore::Info::GROUP_DEVICE));
         DEV::ChipFilter filter;

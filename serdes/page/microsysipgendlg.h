@@ -42,6 +42,9 @@ public:
     // not show the dialog.
     bool setOpening(const QString &path, const QString &file);
     DEV::DeviceArg device() const { return m_device; }
+    // The device identifier to save: the device's, or the one the opened file
+    // named when the device database does not know it, so that it is kept.
+    QString savedDeviceId() const { return m_device.id.isEmpty() ? m_fileDeviceId : m_device.id; }
 
     // Puts `page` into the free area, beside the help pane.
     void uiAddWidget(QWidget *page);
@@ -85,6 +88,7 @@ public slots:
 protected:
     QString m_helpFile;
     DEV::DeviceArg m_device;
+    QString m_fileDeviceId;
     Ui_MicroSysIPGenDlg *m_ui = nullptr;
     QWebView *m_webView = nullptr;
     bool m_opening = false;

@@ -21,6 +21,7 @@
 
 #include <core/editormanager.h>
 #include <ipcore/ipcorefile.h>
+#include <ipcore/ipcoremessages.h>
 #include <ipcore/ipcoreproject.h>
 #include <ipcore/tvmodgenproxy.h>
 #include <te/flowmanager.h>
@@ -37,6 +38,7 @@
 #include <QJsonDocument>
 #include <QMessageBox>
 #include <QPluginLoader>
+#include <QRegularExpression>
 #include <QSaveFile>
 #include <QSettings>
 #include <QStyleFactory>
@@ -88,6 +90,25 @@ QMap<QString, QVariant> readGroup(QSettings &settings, const QString &group)
         entries.insert(key, settings.value(key));
     settings.endGroup();
     return entries;
+}
+
+// Why `value`, read from a configuration file or typed, cannot name what the
+// core writes into its folder, or empty when it can. A file name becomes part
+// of a path there; a module name becomes a Verilog or VHDL identifier.
+QString nameProblem(const QString &value, bool module)
+{
+    static const QRegularExpression identifier(QStringLiteral("^[A-Za-z][A-Za-z0-9_]*$"));
+    if (value.isEmpty())
+        return serdesipdlg::tr("is empty");
+    if (value.contains(QLatin1Char('/')) || value.contains(QLatin1Char('\\')))
+        return serdesipdlg::tr("holds a path separator");
+    if (value == QLatin1String(".") || value == QLatin1String(".."))
+        return serdesipdlg::tr("names a folder, not a file");
+    if (module && !identifier.match(value).hasMatch())
+        return serdesipdlg::tr("is no Verilog or VHDL identifier");
+    if (module && IPCore::isReservedWord(value))
+        return serdesipdlg::tr("is a reserved word of Verilog or VHDL");
+    return QString();
 }
 
 // Whether no line that `msg` names is held already: a row of a whole lane
@@ -644,6 +665,15 @@ void serdesipdlg::accept()
                              QStringLiteral("need to generate Protocol IP"), QMessageBox::Ok);
         return;
     }
+    // Names from a file decide where things are written: nothing is written
+    // unless every one of them keeps to the core's folder.
+    const QStringList problems = nameProblems();
+    if (!problems.isEmpty()) {
+        showOkBox(this, QMessageBox::Critical, tr("Error"),
+                  tr("Nothing was written, because these names cannot be used:")
+                      + QStringLiteral("\n") + problems.join(QLatin1Char('\n')));
+        return;
+    }
     serdes::instance()->setWorkingDir(createPath());
     // The configuration is saved before anything is generated, so that a
     // failing protocol never costs the user the instances.
@@ -651,6 +681,25 @@ void serdesipdlg::accept()
         return;
     if (generate())
         QDialog::accept();
+}
+
+QStringList serdesipdlg::nameProblems() const
+{
+    QStringList problems;
+    const auto check
+        = [&problems](const QString &owner, const char *key, const QString &value, bool module) {
+              const QString why = nameProblem(value, module);
+              if (!why.isEmpty())
+                  problems << tr("%1: %2 \"%3\" %4").arg(owner, QLatin1String(key), value, why);
+          };
+    check(tr("The core"), FILE_NAME, fileName(), false);
+    check(tr("The core"), MODULE_NAME, moduleName(), true);
+    for (auto it = m_args.cbegin(); it != m_args.cend(); ++it) {
+        const QString owner = tr("Instance %1").arg(it.key());
+        check(owner, FILE_NAME, it.value().value(QLatin1String(FILE_NAME)).toString(), false);
+        check(owner, MODULE_NAME, it.value().value(QLatin1String(MODULE_NAME)).toString(), true);
+    }
+    return problems;
 }
 
 bool serdesipdlg::generate()
@@ -752,9 +801,12 @@ bool serdesipdlg::generateCsrFile(const QStringList &iniLines, const QStringList
 {
     const QString path = createPath() + QLatin1Char('/') + fileName() + QStringLiteral(".csr");
     generator csr;
-    // What went wrong has gone to the message handler already.
-    if (!csr.generate(iniLines, path, csrLines))
+    if (!csr.generate(iniLines, path, csrLines)) {
+        IPCore::showErrorMsgs(
+            tr("The register file %1 was not made.").arg(QDir::toNativeSeparators(path)),
+            csr.getErrStringList());
         return false;
+    }
     if (!QFileInfo::exists(path))
         return false;
     TE::TaskEngine::instance()->flowManager()->addResultFile(QFileInfo(path).canonicalFilePath(),
@@ -827,7 +879,7 @@ bool serdesipdlg::prepareForUparArbiter(QMap<QString, QVariant> &args,
 bool serdesipdlg::setupArgs()
 {
     QMap<QString, QVariant> top;
-    top.insert(QLatin1String(IPCore::Info::KEY_IP_DEVICE), device().id);
+    top.insert(QLatin1String(IPCore::Info::KEY_IP_DEVICE), savedDeviceId());
     top.insert(QLatin1String(IPCore::Info::KEY_IP_TYPE),
                m_info.value(QLatin1String(IPCore::Info::KEY_ID)).toString());
     top.insert(QLatin1String(IPCore::Info::KEY_IP_VERSION), QLatin1String(CUR_VERSION));
@@ -843,8 +895,20 @@ bool serdesipdlg::setupArgs()
     for (auto it = model->data.cbegin(); it != model->data.cend(); ++it)
         config.insert(it.key(), it.value());
 
-    QSettings settings(createPath() + QLatin1Char('/') + fileName() + QStringLiteral(".ipc"),
-                       QSettings::IniFormat);
+    const QString path = createPath() + QLatin1Char('/') + fileName() + QStringLiteral(".ipc");
+    const auto refuse = [this, &path](const QString &reason) {
+        showOkBox(this, QMessageBox::Critical, tr("Error"),
+                  tr("The configuration file %1 cannot be written: %2")
+                      .arg(QDir::toNativeSeparators(path), reason));
+        return false;
+    };
+    {
+        // QSettings tells that it could not write, not why.
+        QFile probe(path);
+        if (!probe.open(QIODevice::ReadWrite))
+            return refuse(probe.errorString());
+    }
+    QSettings settings(path, QSettings::IniFormat);
     settings.clear();
     settings.setValue(QLatin1String(IPCore::Info::KEY_IPC_VERSION),
                       QLatin1String(IPCore::Info::IPC_VERSION_LATEST));
@@ -881,6 +945,8 @@ bool serdesipdlg::setupArgs()
         settings.endGroup();
     }
     settings.sync();
+    if (settings.status() != QSettings::NoError)
+        return refuse(tr("the file system refused it"));
     return true;
 }
 

@@ -51,6 +51,9 @@ public:
     // the top file and its template, and the register file. A failure leaves
     // everything written so far on disk and returns false.
     bool generate();
+    // Every name of the core and its instances that cannot name a file in
+    // the core's folder or a module, with whose it is and why.
+    QStringList nameProblems() const;
     bool generateTopModule(const QStringList &modLines, QString &topFile, QString &templateFile);
     bool generateCsrFile(const QStringList &iniLines, const QStringList &csrLines);
     bool addToProj(const QStringList &files);

@@ -44,17 +44,20 @@ QStringList linesOf(const QString &path)
     return QString::fromUtf8(readAll(path)).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
-// An instance of the test protocol on `lane` of quad 0, reporting `entries`.
+// An instance of the test protocol on `lane` of quad 0, reporting `entries`,
+// which may name its file and module otherwise.
 QMap<QString, QVariant> instance(const QString &name, int lane,
-                                 QMap<QString, QVariant> entries = {})
+                                 const QMap<QString, QVariant> &entries = {})
 {
-    entries.insert({{"name", name},
-                    {"module", name},
-                    {"file", name},
-                    {"rows", QStringList{QStringLiteral("Q0_LANE%1 Q0_QPLL0 Q0_REFCLK0 156.25 "
-                                                        "10.3125 0 0")
-                                             .arg(lane)}}});
-    return entries;
+    QMap<QString, QVariant> all{{"name", name},
+                                {"module", name},
+                                {"file", name},
+                                {"rows", QStringList{QStringLiteral("Q0_LANE%1 Q0_QPLL0 Q0_REFCLK0 "
+                                                                    "156.25 10.3125 0 0")
+                                                         .arg(lane)}}};
+    for (auto it = entries.cbegin(); it != entries.cend(); ++it)
+        all.insert(it.key(), it.value());
+    return all;
 }
 
 } // namespace
@@ -79,7 +82,8 @@ private slots:
 private:
     // A page on a configuration of `instances` saved in the temporary
     // directory; every instance writes its own file there.
-    serdesipdlg &openPage(const QString &deviceId, Instances instances, int language = 0);
+    serdesipdlg &openPage(const QString &deviceId, Instances instances, int language = 0,
+                          const QMap<QString, QVariant> &config = {});
     QString path(const QString &file) const { return m_tmp->filePath(file); }
 
     std::unique_ptr<QTemporaryDir> m_tmp;
@@ -110,8 +114,8 @@ void tst_PageGenerate::cleanup()
     m_answers.reset();
 }
 
-serdesipdlg &tst_PageGenerate::openPage(const QString &deviceId, Instances instances,
-                                        int language)
+serdesipdlg &tst_PageGenerate::openPage(const QString &deviceId, Instances instances, int language,
+                                        const QMap<QString, QVariant> &config)
 {
     const QString file = path(QStringLiteral("serdes.ipc"));
     {
@@ -122,6 +126,8 @@ serdesipdlg &tst_PageGenerate::openPage(const QString &deviceId, Instances insta
         settings.setValue("Config/file", "serdes");
         settings.setValue("Config/module", "SerDes_Top");
         settings.setValue("Config/LANG", language);
+        for (auto it = config.cbegin(); it != config.cend(); ++it)
+            settings.setValue("Config/" + it.key(), it.value());
         for (auto it = instances.begin(); it != instances.end(); ++it) {
             it.value().insert(QStringLiteral("dir"), m_tmp->path());
             settings.beginGroup(QStringLiteral("TestProtocol:") + it.key());
@@ -213,27 +219,31 @@ void tst_PageGenerate::numberingFollowsNames()
 
 void tst_PageGenerate::failures_data()
 {
+    QTest::addColumn<QVariantMap>("config");
     QTest::addColumn<Instances>("instances");
     QTest::addColumn<QStringList>("written");
     QTest::addColumn<QStringList>("notWritten");
     QTest::addColumn<QStringList>("boxes");
 
-    QTest::newRow("no instance")
-        << Instances{} << QStringList{} << QStringList{"serdes.ipc", "serdes.mod"}
-        << QStringList{"Warning: need to generate Protocol IP"};
+    QTest::newRow("no instance") << QVariantMap{} << Instances{} << QStringList{}
+                                 << QStringList{"serdes.ipc", "serdes.mod"}
+                                 << QStringList{"Warning: need to generate Protocol IP"};
     // The configuration is saved before any protocol is asked for its files.
     QTest::newRow("first protocol fails")
+        << QVariantMap{}
         << Instances{{"test_1", instance("test_1", 0, {{"fail", true}})},
                      {"test_2", instance("test_2", 1)}}
         << QStringList{"serdes.ipc"} << QStringList{"serdes.mod", "test_2.v", "serdes.csr"}
         << QStringList{};
     QTest::newRow("later protocol fails")
+        << QVariantMap{}
         << Instances{{"test_1", instance("test_1", 0)},
                      {"test_2", instance("test_2", 1, {{"fail", true}})}}
         << QStringList{"serdes.ipc", "test_1.v"} << QStringList{"serdes.mod", "serdes.csr"}
         << QStringList{};
     // The module generator reports the bad line itself.
     QTest::newRow("module generator refuses")
+        << QVariantMap{}
         << Instances{{"test_1", instance("test_1", 0, {{"mod", QStringList{"-test_1_bogus 1"}}})}}
         << QStringList{"serdes.ipc", "serdes.mod", "test_1.v"}
         << QStringList{"serdes.v", "serdes.csr"}
@@ -242,20 +252,47 @@ void tst_PageGenerate::failures_data()
     // Untranslatable parameters: the parameter file stays for reading, the
     // register file is not made.
     QTest::newRow("parameter not translated")
+        << QVariantMap{}
         << Instances{{"test_1", instance("test_1", 0, {{"ini", QStringList{"q0_ln0_bogus 1"}}})}}
         << QStringList{"serdes.ipc", "serdes.mod", "serdes.v", "test_1.v"}
         << QStringList{"serdes.csr"} << QStringList{};
+    // Names from the file that would write outside the core's folder, or are
+    // no module name, stop OK before anything is written.
+    const QString refused = "Error: Nothing was written, because these names cannot be used:\n";
+    QTest::newRow("core file outside")
+        << QVariantMap{{"file", "../x"}} << Instances{{"a", instance("a", 0)}} << QStringList{}
+        << QStringList{"serdes.ipc", "../x.ipc", "a.v", "serdes.mod"}
+        << QStringList{refused + "The core: file \"../x\" holds a path separator"};
+    QTest::newRow("instance file absolute, module reserved")
+        << QVariantMap{{"module", "entity"}}
+        << Instances{{"a", instance("a", 0, {{"file", "/tmp/a"}})}} << QStringList{}
+        << QStringList{"serdes.ipc", "a.v", "serdes.mod"}
+        << QStringList{refused
+                       + "The core: module \"entity\" is a reserved word of Verilog or "
+                         "VHDL\nInstance a: file \"/tmp/a\" holds a path separator"};
+    QTest::newRow("instance file is the parent")
+        << QVariantMap{} << Instances{{"a", instance("a", 0, {{"file", ".."}})}} << QStringList{}
+        << QStringList{"serdes.ipc", "serdes.mod"}
+        << QStringList{refused + "Instance a: file \"..\" names a folder, not a file"};
+    // A configuration file that cannot be written stops OK with the reason.
+    QTest::newRow("configuration not writable")
+        << QVariantMap{{"file", "locked"}} << Instances{{"a", instance("a", 0)}}
+        << QStringList{"locked.ipc"} << QStringList{"a.v", "locked.mod"}
+        << QStringList{"Error: The configuration file <dir>/locked.ipc cannot be written: Is a "
+                       "directory"};
 }
 
 void tst_PageGenerate::failures()
 {
+    QFETCH(QVariantMap, config);
     QFETCH(Instances, instances);
     QFETCH(QStringList, written);
     QFETCH(QStringList, notWritten);
     QFETCH(QStringList, boxes);
 
-    serdesipdlg &page = openPage("RK9C880D-FG1517-2", instances);
+    serdesipdlg &page = openPage("RK9C880D-FG1517-2", instances, 0, config);
     QFile::remove(path("serdes.ipc"));
+    QVERIFY(QDir().mkpath(path("locked.ipc")));
     page.accept();
     QVERIFY(page.result() != QDialog::Accepted);
     QCOMPARE(page.instanceArgs().keys(), instances.keys());

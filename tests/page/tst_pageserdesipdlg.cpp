@@ -459,6 +459,19 @@ void tst_PageSerdesIpDlg::incompatibleFile()
              QStringLiteral("This version of specified IP Config file is incompatible with "
                             "current IP Core Generator."));
     QVERIFY(!answers.boxes.first().pixmap.isNull());
+
+    // A device the database does not know is kept in the file as it was.
+    writeIni(file, {{"version", "1.2"}, {"target_device", "RK0-FUTURE"}},
+             {{"TestProtocol:a", instanceArgs("a", {"Q0_LANE0 Q0_QPLL0 Q0_REFCLK0 100 5 0 0"})}});
+    serdesipdlg unknown(coreInfo());
+    QVERIFY(unknown.setOpening(m_tmp->path(), file));
+    QCOMPARE(answers.boxes.last().text, QStringLiteral("IPC file device information is lost."));
+    unknown.setFileName(QStringLiteral("new"));
+    QVERIFY(unknown.setupArgs());
+    QCOMPARE(QSettings(m_tmp->filePath("new.ipc"), QSettings::IniFormat)
+                 .value("target_device")
+                 .toString(),
+             QStringLiteral("RK0-FUTURE"));
 }
 
 void tst_PageSerdesIpDlg::buttons()
