@@ -34,7 +34,13 @@ QString instanceDirectory(const QMap<QString, QVariant> &args)
     const QString working = IPSERDESIP::serdes::instance()->workingDir();
     if (working.isEmpty())
         return args.value(QStringLiteral("dir")).toString();
-    return QString(working + QLatin1Char('/') + args.value(QStringLiteral("file")).toString());
+    // The file name may come from a configuration file: it must name a folder
+    // inside the core's, not a path that leads out of it.
+    const QString file = args.value(QStringLiteral("file")).toString();
+    if (file.isEmpty() || file == QLatin1String(".") || file == QLatin1String("..")
+        || file.contains(QLatin1Char('/')) || file.contains(QLatin1Char('\\')))
+        return QString();
+    return QString(working + QLatin1Char('/') + file);
 }
 
 bool hasTransceivers(const DEV::DeviceArg &device)

@@ -28,7 +28,8 @@ Tier tierOf(const QString &family);
 // the device its map names by "target_device", or else `fallback`'s.
 Tier tierOfInstance(const QMap<QString, QVariant> &args, const DEV::DeviceArg &fallback);
 // Where an instance's own files go: below the configuration's directory once
-// the generator has one, else the directory its dialog chose.
+// the generator has one, else the directory its dialog chose. Empty when the
+// instance's file name would lead out of the configuration's directory.
 QString instanceDirectory(const QMap<QString, QVariant> &args);
 // Devices without transceivers have nothing to configure.
 bool hasTransceivers(const DEV::DeviceArg &device);

@@ -300,7 +300,14 @@ bool writeInstanceModule(const LaneModule &module, const QStringList &descriptio
                          const QMap<QString, QVariant> &args, const QString &file,
                          QString &outputFile, QStringList &modArgs)
 {
-    outputFile = QString(instanceDirectory(args) + QLatin1Char('/') + file + QStringLiteral(".v"));
+    const QString dir = instanceDirectory(args);
+    if (dir.isEmpty()) {
+        qCritical().noquote() << QStringLiteral("Instance file \"%1\" is no name of a folder "
+                                                "inside the core's.")
+                                     .arg(file);
+        return false;
+    }
+    outputFile = QString(dir + QLatin1Char('/') + file + QStringLiteral(".v"));
     QString error;
     if (!writeTextFile(outputFile, module.verilog(description), error)) {
         qCritical().noquote() << error;

@@ -261,6 +261,16 @@ void tst_CustomPhy::savedMapRebuildsRequest()
     QCOMPARE(out, QString(dir + "/customphy.v"));
     QCOMPARE(driver::declaredPorts(out, module), modArgs);
     QVERIFY(modArgs.contains(QString("-%1_port output %2 tx_p").arg(module).arg(rows.size())));
+
+    // A file name from a configuration file cannot lead out of the core's folder.
+    Args outside = saved;
+    outside.insert("file", "../escape");
+    IPSERDESIP::serdes::instance()->setWorkingDir(dir);
+    QTest::ignoreMessage(QtCriticalMsg,
+                         "Instance file \"../escape\" is no name of a folder inside the core's.");
+    QVERIFY(!phy->generate(outside, lines, csr, modArgs, out, true));
+    IPSERDESIP::serdes::instance()->setWorkingDir(QString());
+    QVERIFY(!QFileInfo::exists(dir + "/../escape.v"));
     if (!QByteArray(QTest::currentDataTag()).contains("compiled"))
         return;
     QStringList files;
