@@ -480,23 +480,26 @@ void serdesipdlg::editIP(QString name)
         }
     }
 
-    QMap<QString, QVariant> newArgs = proto->edit(oldArgs);
+    const QMap<QString, QVariant> newArgs = proto->edit(oldArgs);
     if (!newArgs.isEmpty()) {
-        m_changed = true;
-        delete msg;
-        msg = proto->createMessage(newArgs);
-        if (!msg)
+        Message *edited = proto->createMessage(newArgs);
+        if (edited && addIP(edited, proto, newArgs)) {
+            m_changed = true;
+            delete msg;
             return;
-    } else {
-        newArgs = oldArgs;
-        if (savedDrp != NO_DRP_SAVED)
-            model->setData(QLatin1String(SIDE_KEY_PREFIXES[0]) + module, savedDrp);
-        if (!savedX2False.isEmpty())
-            model->setData(QLatin1String(SIDE_KEY_PREFIXES[1]) + module, savedX2False);
-        if (!savedX2True.isEmpty())
-            model->setData(QLatin1String(SIDE_KEY_PREFIXES[2]) + module, savedX2True);
+        }
     }
-    addIP(msg, proto, newArgs);
+    // Cancelled or refused, the edit costs nothing: the instance comes back
+    // as it was, flags included.
+    if (savedDrp != NO_DRP_SAVED)
+        model->setData(QLatin1String(SIDE_KEY_PREFIXES[0]) + module, savedDrp);
+    if (!savedX2False.isEmpty())
+        model->setData(QLatin1String(SIDE_KEY_PREFIXES[1]) + module, savedX2False);
+    if (!savedX2True.isEmpty())
+        model->setData(QLatin1String(SIDE_KEY_PREFIXES[2]) + module, savedX2True);
+    const QString group = msg->type + QLatin1String(NAME_SPLIT) + name;
+    if (!addIP(msg, proto, oldArgs))
+        keepUnrestored(group, oldArgs, tr("It could not be placed again after an edit."));
 }
 
 void serdesipdlg::deleteIP(QString name)
