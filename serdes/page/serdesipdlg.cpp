@@ -1046,7 +1046,8 @@ void serdesipdlg::parseData_v_1_1(const QMap<QString, QVariant> &config)
             keepUnrestored(name, {}, tr("The protocol %1 is not installed.").arg(type));
             continue;
         }
-        restoreIP(name, proto, args, name);
+        // Kept, it is written back as an instance group of the current layout.
+        restoreIP(proto->name() + QLatin1String(NAME_SPLIT) + name, proto, args, name);
     }
 }
 

@@ -416,9 +416,10 @@ void tst_PageSerdesIpDlg::olderLayouts()
     QMap<QString, QVariant> config{{"File_Name", "old_file"},
                                    {"Module_Name", "Old_Top"},
                                    {"CREATEIN", "/old/place"},
-                                   {"KEYS", QStringList{"inst", "gone"}},
+                                   {"KEYS", QStringList{"inst", "gone", "twin"}},
                                    {"inst", QStringList{"/old/place/sub", "inst1"}},
-                                   {"gone", QStringList()}};
+                                   {"gone", QStringList()},
+                                   {"twin", QStringList{"/old/place/sub", "inst1"}}};
     writeIni(root + "/top.ipc", {{"version", "1.1"}, {"target_device", "RK9C90F-BG324-1"}},
              {{"Config", config}});
 
@@ -432,6 +433,18 @@ void tst_PageSerdesIpDlg::olderLayouts()
     QCOMPARE(args.value("CREATEIN").toString(), QStringLiteral("/old/place/inst_file"));
     QCOMPARE(args.value("type").toString(), QStringLiteral("TEST_PROTOCOL"));
     QCOMPARE(serdes::instance()->occupiedLanes(), QStringList("Q0 Lane2"));
+    // An instance whose lanes are taken is kept as a group of the current
+    // layout; one whose file is gone has nothing left to keep.
+    QCOMPARE(page.unrestoredInstances().size(), 2);
+    QCOMPARE(page.unrestoredInstances().last().reason,
+             QStringLiteral("Q0 Lane2 is already held by inst."));
+    page.setFileName(QStringLiteral("saved"));
+    QVERIFY(page.setupArgs());
+    QSettings saved(root + "/saved.ipc", QSettings::IniFormat);
+    QCOMPARE(saved.childGroups(),
+             QStringList({"All_access", "Config", "TEST_PROTOCOL:inst", "TestProtocol:twin"}));
+    QCOMPARE(saved.value("TestProtocol:twin/rows").toStringList(),
+             QStringList("Q0_LANE2 Q0_QPLL1 Q0_REFCLK1 125 5 0 0"));
 
     // The first layout pads a short entry: an empty one names "0/0.ipc", which
     // is not there. It costs only its own instance.
