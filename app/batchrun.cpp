@@ -3,7 +3,7 @@
 
 #include "corecatalogue.h"
 
-#include <core/editormanager.h>
+#include <core/projectmanager.h>
 #include <ipcore/baseipcore.h>
 #include <te/flowmanager.h>
 #include <te/taskengine.h>
@@ -11,6 +11,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
+#include <QDir>
 #include <QEvent>
 #include <QFileInfo>
 #include <QMessageBox>
@@ -24,6 +25,13 @@ namespace {
 void print(const QString &text)
 {
     QTextStream(stderr) << text << '\n';
+}
+
+// What a box with one of these icons says is that something went wrong; a
+// note, a question or a box of its own picture is no failure by itself.
+bool isFailure(const QMessageBox *box)
+{
+    return box->icon() == QMessageBox::Warning || box->icon() == QMessageBox::Critical;
 }
 
 // As the user would read it: the title, the text, then any details.
@@ -62,22 +70,69 @@ int BatchRun::run(const QString &file)
         print(error);
         return 2;
     }
-    const QFileInfo info(file);
+    // The core runs in the configuration's directory; the names given on the
+    // command line keep meaning what they meant where the run was started.
+    if (!reportFile.isEmpty())
+        reportFile = QFileInfo(reportFile).absoluteFilePath();
+    if (!schematicFile.isEmpty())
+        schematicFile = QFileInfo(schematicFile).absoluteFilePath();
+
+    // What the core hands on to the flow and the project is what it wrote.
+    const QMetaObject::Connection results
+        = connect(TE::TaskEngine::instance()->flowManager(), &TE::FlowManager::resultFileAdded,
+                  this, [this](const QString &path) { noteWritten(path); });
+    const QMetaObject::Connection project
+        = connect(Core::ProjectManager::instance(), &Core::ProjectManager::filesAdded, this,
+                  [this](const QStringList &files) {
+                      for (const QString &path : files)
+                          noteWritten(path);
+                  });
     qApp->installEventFilter(this);
-    core->open(info.absolutePath(), info.absoluteFilePath());
+    CoreCatalogue::openConfiguration(core, file);
     qApp->removeEventFilter(this);
+    disconnect(results);
+    disconnect(project);
+
     if (!m_opened) {
         // The core refused the file before its dialog came up, and has said why.
-        print(QStringLiteral("\"%1\" was not opened.").arg(file));
+        print(QStringLiteral("\"%1\" was not opened.").arg(QDir::toNativeSeparators(file)));
         return 2;
     }
-    if (m_failed)
-        return 1;
-    if (generate) {
-        for (const auto &result : TE::TaskEngine::instance()->flowManager()->resultFiles())
-            print(QStringLiteral("Result %1: %2").arg(result.second, result.first));
-    }
-    return 0;
+    // Even when it has said so in no box of its own, a core that left
+    // instances behind has not regenerated the configuration.
+    if (m_unrestored > 0)
+        m_failed = true;
+    QTextStream out(stdout);
+    for (const QString &path : qAsConst(m_written))
+        out << QDir::toNativeSeparators(path) << '\n';
+    out.flush();
+    print(summary());
+    return m_failed ? 1 : 0;
+}
+
+void BatchRun::noteWritten(const QString &path)
+{
+    if (!m_written.contains(path))
+        m_written << path;
+}
+
+void BatchRun::fail()
+{
+    m_failed = true;
+    ++m_errors;
+}
+
+QString BatchRun::summary() const
+{
+    const QString errors
+        = m_errors == 1 ? QStringLiteral("1 error") : QStringLiteral("%1 errors").arg(m_errors);
+    if (m_placed < 0)
+        return errors;
+    const int total = m_placed + m_unrestored;
+    return QStringLiteral("%1 of %2 %3 restored; %4")
+        .arg(m_placed)
+        .arg(total)
+        .arg(total == 1 ? QStringLiteral("instance") : QStringLiteral("instances"), errors);
 }
 
 bool BatchRun::eventFilter(QObject *watched, QEvent *event)
@@ -86,6 +141,8 @@ bool BatchRun::eventFilter(QObject *watched, QEvent *event)
         return false;
     if (auto *box = qobject_cast<QMessageBox *>(watched)) {
         printBox(box);
+        if (isFailure(box))
+            fail();
         QTimer::singleShot(0, box, [box] { answer(box); });
         return false;
     }
@@ -108,29 +165,52 @@ bool BatchRun::eventFilter(QObject *watched, QEvent *event)
 
 bool BatchRun::callWriter(const char *slot, const QString &path)
 {
+    const QString name = QDir::toNativeSeparators(path);
+    if (!m_dialog) {
+        print(QStringLiteral("\"%1\" was not written: the core's dialog has closed.").arg(name));
+        return false;
+    }
     bool written = false;
     if (!QMetaObject::invokeMethod(m_dialog, slot, Qt::DirectConnection,
                                    Q_RETURN_ARG(bool, written), Q_ARG(QString, path))) {
-        print(QStringLiteral("This core cannot write \"%1\".").arg(path));
+        print(QStringLiteral("This core cannot write \"%1\".").arg(name));
         return false;
     }
+    // A core that could not write has said why.
     if (written)
-        print(QStringLiteral("Written: %1").arg(QFileInfo(path).absoluteFilePath()));
+        noteWritten(path);
     return written;
 }
 
 void BatchRun::drive()
 {
+    // Read by name, so that any core's dialog may offer them; one without
+    // both is summed up by its errors alone.
+    if (m_dialog) {
+        bool hasPlaced = false;
+        bool hasUnrestored = false;
+        const int placed = m_dialog->property("placedInstances").toInt(&hasPlaced);
+        const int unrestored = m_dialog->property("unrestoredInstances").toInt(&hasUnrestored);
+        if (hasPlaced && hasUnrestored && placed >= 0 && unrestored >= 0) {
+            m_placed = placed;
+            m_unrestored = unrestored;
+        }
+    }
     if (!reportFile.isEmpty() && !callWriter("writeReport", reportFile))
-        m_failed = true;
-    if (!schematicFile.isEmpty() && m_dialog && !callWriter("writeSchematic", schematicFile))
-        m_failed = true;
-    if (generate && m_dialog) {
-        QMetaObject::invokeMethod(m_dialog, "accept", Qt::DirectConnection);
-        // A core's OK keeps its dialog open when generation fails.
-        if (m_dialog && m_dialog->isVisible()) {
-            print(QStringLiteral("Generation failed."));
-            m_failed = true;
+        fail();
+    if (!schematicFile.isEmpty() && !callWriter("writeSchematic", schematicFile))
+        fail();
+    if (generate) {
+        if (!m_dialog) {
+            print(QStringLiteral("Nothing was generated: the core's dialog has closed."));
+            fail();
+        } else {
+            QMetaObject::invokeMethod(m_dialog, "accept", Qt::DirectConnection);
+            // A core's OK keeps its dialog open when generation fails.
+            if (m_dialog && m_dialog->isVisible()) {
+                print(QStringLiteral("Generation failed."));
+                fail();
+            }
         }
     }
     // Closed as it stands: a run without a person has no changes to ask about.

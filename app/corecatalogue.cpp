@@ -10,6 +10,34 @@
 #include <QPluginLoader>
 #include <QSettings>
 
+namespace {
+
+// Holds the working directory at a core's "Create In" directory for its
+// lifetime. A directory that does not exist is not made here: whether and
+// when to make it is the core's decision, taken when it generates. Until
+// then the working directory stays as it was.
+class CreateInDirectory
+{
+public:
+    explicit CreateInDirectory(const QString &dir)
+        : m_previous(QDir::currentPath())
+        , m_changed(QFileInfo(dir).isDir() && QDir::setCurrent(dir))
+    {}
+    ~CreateInDirectory()
+    {
+        if (m_changed)
+            QDir::setCurrent(m_previous);
+    }
+    CreateInDirectory(const CreateInDirectory &) = delete;
+    CreateInDirectory &operator=(const CreateInDirectory &) = delete;
+
+private:
+    const QString m_previous;
+    const bool m_changed;
+};
+
+} // namespace
+
 CoreCatalogue::~CoreCatalogue()
 {
     // The cores' code lives in the plug-ins: delete them while it is loaded.
@@ -95,4 +123,22 @@ IPCore::BaseIPCore *CoreCatalogue::coreForConfiguration(const QString &file, QSt
     *error = QStringLiteral("No installed core reads \"%1\": it was made by \"%2\".")
                  .arg(QDir::toNativeSeparators(file), type);
     return nullptr;
+}
+
+void CoreCatalogue::createCore(IPCore::BaseIPCore *core, const QString &dir,
+                               const DEV::DeviceArg &device)
+{
+    // Made absolute while a relative name still means what the caller meant.
+    const QString path = QFileInfo(dir).absoluteFilePath();
+    const CreateInDirectory createIn(path);
+    core->create(path, device);
+}
+
+void CoreCatalogue::openConfiguration(IPCore::BaseIPCore *core, const QString &file)
+{
+    const QFileInfo info(file);
+    const QString dir = info.absolutePath();
+    const QString path = info.absoluteFilePath();
+    const CreateInDirectory createIn(dir);
+    core->open(dir, path);
 }

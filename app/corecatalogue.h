@@ -47,6 +47,15 @@ public:
     // categories, and whether the device may use it.
     QStringList listing(const DEV::DeviceArg &device) const;
 
+    // Run a core's dialog, for a new core in `dir` or on the configuration
+    // `file`, with the core's "Create In" directory as the working directory:
+    // the files a core or its tools name without a directory belong beside
+    // its other outputs, not wherever the generator was started. The previous
+    // working directory is restored afterwards.
+    static void createCore(IPCore::BaseIPCore *core, const QString &dir,
+                           const DEV::DeviceArg &device);
+    static void openConfiguration(IPCore::BaseIPCore *core, const QString &file);
+
 private:
     void loadPackage(const QString &dir);
 

@@ -4,7 +4,8 @@
 // window; with --list, or when no display is available, it prints the
 // catalogue for one device and exits. With --open and any of --generate,
 // --report or --schematic it regenerates a saved configuration without a
-// person, display or not.
+// person, display or not; --verbose adds the debug lines of the core and its
+// tools to what such a run prints.
 
 #include "batchrun.h"
 #include "corecatalogue.h"
@@ -50,6 +51,22 @@ DEV::DeviceArg chosenDevice(const QString &id, QString *error)
     *error = QStringLiteral("The device database \"%1\" lists no device.")
                  .arg(Core::IdeCore::deviceDataBasePath());
     return DEV::DeviceArg();
+}
+
+// The handler the toolkit installed, and whether a run without a person
+// passes the debug lines of the cores and their tools on to it.
+QtMessageHandler toolkitHandler = nullptr;
+bool showDebugLines = false;
+
+void batchMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (type == QtDebugMsg && !showDebugLines)
+        return;
+    // The cores' dialogs are made but never shown to anyone; the offscreen
+    // platform's complaint about window sizes is no news then.
+    if (text == QLatin1String("This plugin does not support propagateSizeHints()"))
+        return;
+    toolkitHandler(type, context, text);
 }
 
 int printCatalogue(const QString &deviceId)
@@ -101,12 +118,17 @@ int main(int argc, char *argv[])
         QStringLiteral("schematic"),
         QStringLiteral("With --open: draw the clock schematic into an SVG or PNG file, and exit."),
         QStringLiteral("file"));
+    const QCommandLineOption verboseOption(
+        QStringLiteral("verbose"),
+        QStringLiteral("With --generate, --report or --schematic: also print the debug lines of "
+                       "the core and its tools."));
     parser.addOption(listOption);
     parser.addOption(deviceOption);
     parser.addOption(openOption);
     parser.addOption(generateOption);
     parser.addOption(reportOption);
     parser.addOption(schematicOption);
+    parser.addOption(verboseOption);
 
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
@@ -124,16 +146,10 @@ int main(int argc, char *argv[])
             QTextStream(stderr) << "--generate, --report and --schematic need --open FILE.\n";
             return 2;
         }
-        // The cores' dialogs are made but never shown to anyone; the
-        // offscreen platform's complaint about window sizes is no news then.
         if (!displayAvailable())
             qputenv("QT_QPA_PLATFORM", "offscreen");
-        static const QtMessageHandler toolkit = qInstallMessageHandler(nullptr);
-        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &context,
-                                  const QString &text) {
-            if (text != QLatin1String("This plugin does not support propagateSizeHints()"))
-                toolkit(type, context, text);
-        });
+        showDebugLines = parser.isSet(verboseOption);
+        toolkitHandler = qInstallMessageHandler(batchMessage);
         QApplication app(argc, argv);
         QApplication::setApplicationName(QStringLiteral("IP Core Generator"));
         CoreCatalogue catalogue;

@@ -246,7 +246,7 @@ void MainWindow::newCore()
         this, QStringLiteral("Create %1 In").arg(core->name()), QDir::homePath());
     if (dir.isEmpty())
         return;
-    core->create(dir, device);
+    CoreCatalogue::createCore(core, dir, device);
 }
 
 void MainWindow::openConfiguration()
@@ -268,7 +268,7 @@ bool MainWindow::openConfigurationFile(const QString &file)
     }
     const QFileInfo info(file);
     rememberRecent(info.absoluteFilePath());
-    core->open(info.absolutePath(), info.absoluteFilePath());
+    CoreCatalogue::openConfiguration(core, info.absoluteFilePath());
     return true;
 }
 

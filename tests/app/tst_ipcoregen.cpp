@@ -41,6 +41,25 @@ Run runGenerator(const QString &tree, const QStringList &arguments,
 
 const char serdesLine[] = "SERDES_IP\tSerDes\t1.2\tInterface, High Speed Transceiver\t";
 
+// The leak checker of a sanitized build reports on standard error too; it
+// is told to keep its list of suppressions to itself.
+QProcessEnvironment quietLeakChecker()
+{
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert("LSAN_OPTIONS", env.value("LSAN_OPTIONS") + ":print_suppressions=0");
+    return env;
+}
+
+// Standard error without what the platform adds: not the generator's words.
+QString generatorWords(const QByteArray &err)
+{
+    QStringList lines = QString::fromUtf8(err).split('\n');
+    lines.erase(std::remove_if(lines.begin(), lines.end(),
+                               [](const QString &l) { return l.startsWith("QStandardPaths"); }),
+                lines.end());
+    return lines.join('\n');
+}
+
 } // namespace
 
 class tst_IpCoreGen : public QObject
@@ -148,12 +167,23 @@ void tst_IpCoreGen::regenerateExamples_data()
     QTest::addColumn<QString>("example");
     QTest::addColumn<int>("instances");
     QTest::addColumn<bool>("arbiter");
+    // The instances' folders, each holding the instance's module.
+    QTest::addColumn<QStringList>("folders");
+    // Run with --verbose when set: the register compiler's line it shows.
+    QTest::addColumn<QString>("debugLine");
 
-    QTest::newRow("two quads") << "880k" << 3 << false;
-    QTest::newRow("one quad, four muxes, DRP") << "370k" << 3 << true;
-    QTest::newRow("one quad, two muxes") << "90k" << 2 << false;
-    QTest::newRow("layout 1.1") << "370k-v1.1" << 3 << true;
-    QTest::newRow("layout 1.0") << "370k-v1.0" << 3 << true;
+    QTest::newRow("two quads") << "880k" << 3 << false
+                               << QStringList{"bcdr", "customphy", "customphy_1"} << QString();
+    QTest::newRow("one quad, four muxes, DRP")
+        << "370k" << 3 << true << QStringList{"customphy", "eth10g", "eth10g_1"} << QString();
+    QTest::newRow("one quad, two muxes, verbose")
+        << "90k" << 2 << false << QStringList{"bcdr", "eth10g"}
+        << "<stage>/bin/serdes_toml_to_csr.dist/serdes_toml_to_csr_90k.bin serdes_tmp.toml -o "
+           "<dir>/serdes.csr return 0";
+    QTest::newRow("layout 1.1") << "370k-v1.1" << 3 << true
+                                << QStringList{"customphy", "eth10g", "eth10g_1"} << QString();
+    QTest::newRow("layout 1.0") << "370k-v1.0" << 3 << true
+                                << QStringList{"customphy", "eth10g", "eth10g_1"} << QString();
 }
 
 void tst_IpCoreGen::regenerateExamples()
@@ -161,29 +191,62 @@ void tst_IpCoreGen::regenerateExamples()
     QFETCH(QString, example);
     QFETCH(int, instances);
     QFETCH(bool, arbiter);
+    QFETCH(QStringList, folders);
+    QFETCH(QString, debugLine);
 
     QTemporaryDir tmp;
     QVERIFY(tmp.isValid());
-    const QString dir = tmp.filePath(example);
+    const QString dir = QFileInfo(tmp.path()).canonicalFilePath() + '/' + example;
     QVERIFY(copyTree(QStringLiteral(SERDES_EXAMPLES "/") + example, dir));
     const QString ipc = dir + "/serdes.ipc";
     const QSettings before(ipc, QSettings::IniFormat);
     const QStringList keysBefore = before.allKeys();
+    // Started elsewhere: the core's files still go beside the configuration,
+    // and the report where the command line meant it.
+    const QString elsewhere = dir + "-start";
+    QVERIFY(QDir().mkpath(elsewhere));
 
+    QStringList arguments{"--open", ipc, "--generate", "--report", "report.json"};
+    if (!debugLine.isEmpty())
+        arguments << "--verbose";
     QProcess process;
-    process.setWorkingDirectory(dir);
-    process.start(QStringLiteral(SERDES_STAGE_DIR "/bin/ipcoregen"),
-                  {"--open", ipc, "--generate", "--report", "report.json"});
+    process.setWorkingDirectory(elsewhere);
+    process.setProcessEnvironment(quietLeakChecker());
+    process.start(QStringLiteral(SERDES_STAGE_DIR "/bin/ipcoregen"), arguments);
     QVERIFY(process.waitForFinished(120000));
-    const QString err = QString::fromUtf8(process.readAllStandardError());
+    const QString err = generatorWords(process.readAllStandardError());
     QVERIFY2(process.exitCode() == 0, qPrintable(err));
+    const QString summary = QString("%1 of %1 instances restored; 0 errors\n").arg(instances);
+    if (debugLine.isEmpty()) {
+        QCOMPARE(err, summary);
+    } else {
+        const QString line = QString(debugLine)
+                                 .replace("<stage>", QStringLiteral(SERDES_STAGE_DIR))
+                                 .replace("<dir>", dir);
+        QVERIFY2(err.split('\n').contains(line), qPrintable(err));
+        QVERIFY2(err.endsWith('\n' + summary), qPrintable(err));
+    }
+
+    // What was written, and only that, on standard output.
+    QStringList written{elsewhere + "/report.json", dir + "/serdes.csr", dir + "/serdes.v"};
+    for (const QString &folder : folders)
+        written << dir + '/' + folder + '/' + folder + ".v";
+    if (arbiter)
+        written << dir + "/upar_arbiter/upar_arbiter.v";
+    QStringList out = QString::fromUtf8(process.readAllStandardOutput()).split('\n');
+    QCOMPARE(out.takeLast(), QString());
+    out.sort();
+    written.sort();
+    QCOMPARE(out, written);
 
     // Everything OK makes, the instances' own files below the project.
-    for (const char *file : {"serdes.mod", "serdes.v", "serdes_tmp.v", "serdes.csr"})
+    for (const char *file :
+         {"serdes.mod", "serdes.v", "serdes_tmp.v", "serdes.csr", "serdes_tmp.toml"})
         QVERIFY2(QFile::exists(dir + '/' + file), file);
+    QVERIFY(!QFile::exists(elsewhere + "/serdes_tmp.toml"));
     QCOMPARE(QFile::exists(dir + "/upar_arbiter/upar_arbiter.v"), arbiter);
 
-    QFile reportFile(dir + "/report.json");
+    QFile reportFile(elsewhere + "/report.json");
     QVERIFY(reportFile.open(QIODevice::ReadOnly));
     const QJsonObject report = QJsonDocument::fromJson(reportFile.readAll()).object();
     const QJsonArray placed = report.value("instances").toArray();
@@ -230,27 +293,37 @@ void tst_IpCoreGen::regenerationFailures_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("out");
     QTest::addColumn<QString>("err");
 
-    QTest::newRow("no file named") << QStringList{"--generate"} << 2
+    const QString unrestored
+        = "Warning: One instance of this configuration could not be restored. It holds nothing "
+          "on the device, and OK keeps it in the file as it was:\n\n"
+          "Nowhere:link_0: The protocol Nowhere is not installed.\n";
+    QTest::newRow("no file named") << QStringList{"--generate"} << 2 << QString()
                                    << "--generate, --report and --schematic need --open FILE.\n";
-    QTest::newRow("no such file")
-        << QStringList{"--open", "missing.ipc", "--generate"} << 2
-        << "\"missing.ipc\" does not exist.\n";
+    QTest::newRow("no such file") << QStringList{"--open", "missing.ipc", "--generate"} << 2
+                                  << QString() << "\"missing.ipc\" does not exist.\n";
     // The one instance names a protocol that is not installed: it is named,
     // and the page has nothing to generate and says so.
     QTest::newRow("nothing to generate")
-        << QStringList{"--open", "serdes.ipc", "--generate"} << 1
-        << "Warning: One instance of this configuration could not be restored. It holds nothing "
-           "on the device, and OK keeps it in the file as it was:\n\n"
-           "Nowhere:link_0: The protocol Nowhere is not installed.\n"
-           "Warning: need to generate Protocol IP\nGeneration failed.\n";
+        << QStringList{"--open", "serdes.ipc", "--generate"} << 1 << QString()
+        << unrestored
+               + "Warning: need to generate Protocol IP\nGeneration failed.\n"
+                 "0 of 1 instance restored; 3 errors\n";
+    // All that was asked for is written, but the configuration is not what
+    // the file holds; the debug line of the page's refusal is not shown.
+    QTest::newRow("report of an unrestored instance")
+        << QStringList{"--open", "serdes.ipc", "--report", "report.json"} << 1
+        << "<dir>/report.json\n"
+        << unrestored + "0 of 1 instance restored; 1 error\n";
 }
 
 void tst_IpCoreGen::regenerationFailures()
 {
     QFETCH(QStringList, arguments);
     QFETCH(int, exitCode);
+    QFETCH(QString, out);
     QFETCH(QString, err);
 
     QTemporaryDir tmp;
@@ -264,22 +337,13 @@ void tst_IpCoreGen::regenerationFailures()
     }
     QProcess process;
     process.setWorkingDirectory(tmp.path());
-    // The leak checker of a sanitized build reports on the same channel.
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert("LSAN_OPTIONS", env.value("LSAN_OPTIONS") + ":print_suppressions=0");
-    process.setProcessEnvironment(env);
+    process.setProcessEnvironment(quietLeakChecker());
     process.start(QStringLiteral(SERDES_STAGE_DIR "/bin/ipcoregen"), arguments);
     QVERIFY(process.waitForFinished(60000));
     QCOMPARE(process.exitCode(), exitCode);
-    QStringList lines = QString::fromUtf8(process.readAllStandardError()).split('\n');
-    // The message handler's own lines are not the generator's words.
-    lines.erase(std::remove_if(lines.begin(), lines.end(),
-                               [](const QString &l) {
-                                   return l.startsWith("QStandardPaths")
-                                          || l.contains("unknown group name");
-                               }),
-                lines.end());
-    QCOMPARE(lines.join('\n'), err);
+    QCOMPARE(QString::fromUtf8(process.readAllStandardOutput()),
+             QString(out).replace("<dir>", QFileInfo(tmp.path()).canonicalFilePath()));
+    QCOMPARE(generatorWords(process.readAllStandardError()), err);
 }
 
 QTEST_GUILESS_MAIN(tst_IpCoreGen)

@@ -73,15 +73,16 @@ void tst_Regeneration::sameAsDialog()
         info.insert(QLatin1String(IPCore::Info::KEY_DATADIRECTORY), QString(core + "/data"));
         IPSERDESIP::serdesipdlg page(info);
         QVERIFY(page.setOpening(inDialog, inDialog + "/serdes.ipc"));
-        // The register compiler's parameter file is written where the
-        // program runs; the batch run below runs in its own directory too.
+        // The register compiler's parameter file is written in the working
+        // directory, which the generator sets to the configuration's own
+        // before it runs a core; the batch run below is started elsewhere.
         QDir::setCurrent(inDialog);
         page.accept();
         QCOMPARE(page.result(), int(QDialog::Accepted));
     }
 
     QProcess batch;
-    batch.setWorkingDirectory(inBatch);
+    batch.setWorkingDirectory(tmp.path());
     batch.start(QCoreApplication::applicationDirPath() + "/ipcoregen",
                 {"--open", inBatch + "/serdes.ipc", "--generate"});
     QVERIFY(batch.waitForFinished(120000));
