@@ -321,22 +321,15 @@ void serdesipdlg::showModelError(const QString &err)
 
 bool serdesipdlg::addIP(Message *msg, BaseProtocol *proto, const QMap<QString, QVariant> &args)
 {
-    msg->h = chooseHue();
     QString reason;
-    if (!placeIP(msg, reason)) {
-        showModelError(reason);
-        delete msg;
-        return false;
-    }
-    const QString name = msg->name;
-    m_owners.insert(name, proto);
-    m_args.insert(name, args);
-    m_messages.insert(name, msg);
-    m_view->addItem(msg);
-    return true;
+    if (placeIP(msg, proto, args, reason))
+        return true;
+    showModelError(reason);
+    return false;
 }
 
-bool serdesipdlg::placeIP(Message *msg, QString &reason)
+bool serdesipdlg::placeIP(Message *msg, BaseProtocol *proto, const QMap<QString, QVariant> &args,
+                          QString &reason)
 {
     const QString name = msg->name;
     bool taken = m_messages.contains(name);
@@ -344,13 +337,20 @@ bool serdesipdlg::placeIP(Message *msg, QString &reason)
         taken = taken || kept.group.section(QLatin1String(NAME_SPLIT), -1) == name;
     if (taken) {
         reason = tr("The name %1 is taken by another instance.").arg(name);
+        delete msg;
         return false;
     }
+    msg->h = chooseHue();
     serdes *model = serdes::instance();
     QString err;
     const bool free = linesFree(*model, *msg);
-    if (free && model->addItem(msg, err))
+    if (free && model->addItem(msg, err)) {
+        m_owners.insert(name, proto);
+        m_args.insert(name, args);
+        m_messages.insert(name, msg);
+        m_view->addItem(msg);
         return true;
+    }
     // The model's own words, then what stands in the way of each row.
     QStringList words;
     if (!err.isEmpty())
@@ -363,6 +363,7 @@ bool serdesipdlg::placeIP(Message *msg, QString &reason)
     // instances hold stays as it was.
     if (free)
         model->releaseLastRequest();
+    delete msg;
     return false;
 }
 
@@ -377,17 +378,9 @@ void serdesipdlg::restoreIP(const QString &group, BaseProtocol *proto,
     }
     if (!name.isEmpty())
         msg->name = name;
-    msg->h = chooseHue();
     QString reason;
-    if (!placeIP(msg, reason)) {
-        delete msg;
+    if (!placeIP(msg, proto, entries, reason))
         keepUnrestored(group, entries, reason);
-        return;
-    }
-    m_owners.insert(msg->name, proto);
-    m_args.insert(msg->name, entries);
-    m_messages.insert(msg->name, msg);
-    m_view->addItem(msg);
 }
 
 void serdesipdlg::keepUnrestored(const QString &group, const QMap<QString, QVariant> &entries,

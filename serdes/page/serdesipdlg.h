@@ -109,9 +109,10 @@ private:
     // Takes over `msg` if the model accepts it, and frees it if not, telling
     // the user why.
     bool addIP(Message *msg, BaseProtocol *proto, const QMap<QString, QVariant> &args);
-    // The model's part of addIP: false with the reason, and nothing held,
-    // when `msg` cannot be placed beside the instances there are.
-    bool placeIP(Message *msg, QString &reason);
+    // addIP without a word to the user: false with the reason, `msg` freed
+    // and nothing held, when it cannot be placed beside the instances there are.
+    bool placeIP(Message *msg, BaseProtocol *proto, const QMap<QString, QVariant> &args,
+                 QString &reason);
     // Places an instance read from a file, or keeps it aside with its reason.
     void restoreIP(const QString &group, BaseProtocol *proto,
                    const QMap<QString, QVariant> &entries, const QString &name = QString());
