@@ -8,17 +8,6 @@
 
 namespace samples {
 
-Tier tierOf(const QString &family)
-{
-    if (QStringLiteral("RK9C-370D/RK9C-370Q").split(QLatin1Char('/')).contains(family))
-        return Tier::T370k;
-    if (QStringLiteral("RK9C-90F/RK9MC-90F/RK9MC-90D/RK9C-90D/RK9LC-90F/RK9LMC-90F")
-            .split(QLatin1Char('/'))
-            .contains(family))
-        return Tier::T90k;
-    return Tier::T880k;
-}
-
 Tier tierOfInstance(const QMap<QString, QVariant> &args, const DEV::DeviceArg &fallback)
 {
     const QString model = IPSERDESIP::serdes::instance()->device;
@@ -50,9 +39,10 @@ bool hasTransceivers(const DEV::DeviceArg &device)
 
 QStringList quadsOf(Tier tier)
 {
-    if (tier == Tier::T880k)
-        return {QStringLiteral("Q0"), QStringLiteral("Q1")};
-    return {QStringLiteral("Q0")};
+    QStringList quads;
+    for (int q = 0; q < IPSERDESIP::tierDescription(tier).quads; ++q)
+        quads << QStringLiteral("Q%1").arg(q);
+    return quads;
 }
 
 QStringList laneLabels(Tier tier)
@@ -67,31 +57,12 @@ QStringList laneLabels(Tier tier)
 
 QStringList referencePins(Tier tier)
 {
-    switch (tier) {
-    case Tier::T880k:
-        return {QStringLiteral("Q0 REFCLK0"), QStringLiteral("Q0 REFCLK1"),
-                QStringLiteral("Q1 REFCLK0"), QStringLiteral("Q1 REFCLK1")};
-    case Tier::T370k:
-        return {QStringLiteral("Q0 REFCLK0"), QStringLiteral("Q0 REFCLK1"),
-                QStringLiteral("Q0 REFCLK2"), QStringLiteral("Q0 REFCLK3")};
-    case Tier::T90k:
-        break;
-    }
-    return {QStringLiteral("Q0 REFCLK0"), QStringLiteral("Q0 REFCLK1")};
+    return IPSERDESIP::tierList(IPSERDESIP::tierDescription(tier).referencePins);
 }
 
 QStringList fabricReferences(Tier tier)
 {
-    switch (tier) {
-    case Tier::T880k:
-        return {};
-    case Tier::T370k:
-        return {QStringLiteral("Q0 REFIN0"), QStringLiteral("Q0 REFIN1"),
-                QStringLiteral("Q0 REFIN2"), QStringLiteral("Q0 REFIN3")};
-    case Tier::T90k:
-        break;
-    }
-    return {QStringLiteral("Q0 REFIN"), QStringLiteral("MCLK")};
+    return IPSERDESIP::tierList(IPSERDESIP::tierDescription(tier).fabricReferences);
 }
 
 bool isFabricReference(const QString &option)
@@ -101,10 +72,7 @@ bool isFabricReference(const QString &option)
 
 QStringList referenceMuxes(Tier tier)
 {
-    if (tier == Tier::T370k)
-        return {QStringLiteral("REFMUX0"), QStringLiteral("REFMUX1"), QStringLiteral("REFMUX2"),
-                QStringLiteral("REFMUX3")};
-    return {QStringLiteral("REFMUX0"), QStringLiteral("REFMUX1")};
+    return IPSERDESIP::tierList(IPSERDESIP::tierDescription(tier).referenceMuxes);
 }
 
 QString frequencyParameter(const QString &option)

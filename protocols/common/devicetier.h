@@ -11,6 +11,7 @@
 // depends on the installed kit only.
 
 #include <dev/devicearg.h>
+#include <tiers/tier.h>
 
 #include <QMap>
 #include <QString>
@@ -19,11 +20,10 @@
 
 namespace samples {
 
-enum class Tier { T880k, T370k, T90k };
-
-// The generator's rule: the families of the two one-quad tiers are listed, and
-// every other family, an unknown one too, is the two-quad tier.
-Tier tierOf(const QString &family);
+// The kit's tiers and its rule: the families of the two one-quad tiers are
+// listed, and every other family, an unknown one too, is the two-quad tier.
+using IPSERDESIP::Tier;
+using IPSERDESIP::tierOf;
 // The tier an instance is generated for: the open model's, or else that of
 // the device its map names by "target_device", or else `fallback`'s.
 Tier tierOfInstance(const QMap<QString, QVariant> &args, const DEV::DeviceArg &fallback);

@@ -7,8 +7,8 @@
 
 #include "model/serdes.h"
 
-#include "model/topology.h"
 #include "plugin/serdesipconstants.h"
+#include "tiers/tier.h"
 
 #include <QLatin1String>
 #include <QtDebug>
@@ -48,7 +48,7 @@ MUX *pllMux(QUAD *quad, const QString &pll)
 
 bool isTier90k(const QString &device)
 {
-    return topology::tierOf(device) == topology::Tier::T90k;
+    return tierOf(device) == Tier::T90k;
 }
 
 void finishRoute(serdes &model, const QString &line, const QString &ref, QList<QString> &path)

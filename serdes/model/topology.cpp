@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
 
-// Builds the network of a device tier from its rows. A mux's wiring reaches
-// the search only through the two plain function pointers of MUX, which carry
-// no context; each row therefore gets its own pair of small functions,
-// instantiated from the templates below, that read that row and nothing else.
+// Builds the network of a device tier from the rows of the tier's file. A
+// mux's wiring reaches the search only through the two plain function
+// pointers of MUX, which carry no context; each row of every tier therefore
+// gets its own pair of small functions, instantiated from the templates
+// below, that read that row and nothing else.
 
 #include "model/topology.h"
 #include "model/serdes.h"
-#include "model/topology_370k.h"
-#include "model/topology_880k.h"
-#include "model/topology_90k.h"
+#include "tiers/tierlist.h"
 
 #include <QLatin1String>
 
@@ -19,20 +18,6 @@
 #include <utility>
 
 namespace IPSERDESIP {
-
-namespace topology {
-
-Tier tierOf(const QString &device)
-{
-    const QChar split(QLatin1Char('/'));
-    if (QString::fromLatin1(DEVICES_370K).split(split).contains(device))
-        return Tier::T370k;
-    if (QString::fromLatin1(DEVICES_90K).split(split).contains(device))
-        return Tier::T90k;
-    return Tier::T880k;
-}
-
-} // namespace topology
 
 namespace {
 
@@ -77,55 +62,69 @@ QStringList linesOf(const PllRow &row, MUX *mux)
     return selectLine(row.line, mux);
 }
 
+// The rows of tier T that a template reads: its muxes, its PLL selects, its
+// PLLs.
+enum class Table { Muxes, PllSelects, Plls };
 
-template<const auto &Rows, std::size_t I>
+template<std::size_t T, Table R>
+constexpr auto rowsOf()
+{
+    const topology::Network &network = TIERS[T]->network;
+    if constexpr (R == Table::Muxes)
+        return network.muxes;
+    else if constexpr (R == Table::PllSelects)
+        return network.pllSelects;
+    else
+        return network.plls;
+}
+
+template<std::size_t T, Table R, std::size_t I>
 QString rowPoint(int sel, int dir)
 {
-    return nameAt(Rows[I].wiring, sel, dir);
+    return nameAt(rowsOf<T, R>()[I].wiring, sel, dir);
 }
 
-template<const auto &Rows, std::size_t I>
+template<std::size_t T, Table R, std::size_t I>
 QStringList rowLines(MUX *mux)
 {
-    return linesOf(Rows[I], mux);
+    return linesOf(rowsOf<T, R>()[I], mux);
 }
 
-template<const auto &Rows, std::size_t... I>
+template<std::size_t T, Table R, std::size_t... I>
 constexpr std::array<PointFn, sizeof...(I)> pointFns(std::index_sequence<I...>)
 {
-    return {{&rowPoint<Rows, I>...}};
+    return {{&rowPoint<T, R, I>...}};
 }
 
-template<const auto &Rows, std::size_t... I>
+template<std::size_t T, Table R, std::size_t... I>
 constexpr std::array<OptionFn, sizeof...(I)> optionFns(std::index_sequence<I...>)
 {
-    return {{&rowLines<Rows, I>...}};
+    return {{&rowLines<T, R, I>...}};
 }
 
-template<const auto &Rows>
+template<std::size_t T, Table R>
 constexpr auto pointFnsOf()
 {
-    return pointFns<Rows>(std::make_index_sequence<std::size(Rows)>());
+    return pointFns<T, R>(std::make_index_sequence<rowsOf<T, R>().size>());
 }
 
-template<const auto &Rows>
+template<std::size_t T, Table R>
 constexpr auto optionFnsOf()
 {
-    return optionFns<Rows>(std::make_index_sequence<std::size(Rows)>());
+    return optionFns<T, R>(std::make_index_sequence<rowsOf<T, R>().size>());
 }
 
 // A row must fit the position array it is written in.
-template<const auto &Rows>
-constexpr bool wiringFits()
+template<typename Row>
+constexpr bool wiringFits(Rows<Row> rows)
 {
-    for (const auto &row : Rows) {
+    for (const auto &row : rows) {
         if (row.wiring.selCount < 1 || row.wiring.selCount > 4 || row.wiring.dirCount < 1
             || row.wiring.dirCount > 2)
             return false;
     }
     return true;
 }
-
 
 QUAD *quadNamed(const QList<QUAD *> &quads, const char *name)
 {
@@ -136,8 +135,7 @@ QUAD *quadNamed(const QList<QUAD *> &quads, const char *name)
     return nullptr;
 }
 
-template<std::size_t N>
-QList<QUAD *> startTopology(serdes &model, const char *const (&names)[N])
+QList<QUAD *> startTopology(serdes &model, Rows<const char *> names)
 {
     model.quads.clear();
     model.instances.clear();
@@ -151,8 +149,7 @@ QList<QUAD *> startTopology(serdes &model, const char *const (&names)[N])
     return quads;
 }
 
-template<std::size_t N>
-void addLanes(serdes &model, const QList<QUAD *> &quads, const ElementRow (&rows)[N])
+void addLanes(serdes &model, const QList<QUAD *> &quads, Rows<ElementRow> rows)
 {
     for (const ElementRow &row : rows) {
         QUAD *quad = quadNamed(quads, row.quad);
@@ -166,14 +163,15 @@ void addLanes(serdes &model, const QList<QUAD *> &quads, const ElementRow (&rows
     }
 }
 
-template<const auto &Rows>
+template<std::size_t T>
 void addMuxes(serdes &model, const QList<QUAD *> &quads)
 {
-    static_assert(wiringFits<Rows>(), "a mux row does not fit its positions");
-    constexpr auto points = pointFnsOf<Rows>();
-    constexpr auto options = optionFnsOf<Rows>();
-    for (std::size_t i = 0; i < std::size(Rows); ++i) {
-        const MuxRow &row = Rows[i];
+    constexpr auto rows = rowsOf<T, Table::Muxes>();
+    static_assert(wiringFits(rows), "a mux row does not fit its positions");
+    constexpr auto points = pointFnsOf<T, Table::Muxes>();
+    constexpr auto options = optionFnsOf<T, Table::Muxes>();
+    for (std::size_t i = 0; i < rows.size; ++i) {
+        const MuxRow &row = rows[i];
         QUAD *home = quadNamed(quads, row.quad);
         if (!home)
             continue;
@@ -191,21 +189,23 @@ void addMuxes(serdes &model, const QList<QUAD *> &quads)
     }
 }
 
-template<const auto &Selects, const auto &Plls>
+template<std::size_t T>
 void addPlls(serdes &model, const QList<QUAD *> &quads)
 {
-    static_assert(wiringFits<Selects>(), "a PLL select row does not fit its positions");
-    constexpr auto points = pointFnsOf<Selects>();
-    constexpr auto options = optionFnsOf<Plls>();
-    for (std::size_t i = 0; i < std::size(Plls); ++i) {
-        const PllRow &row = Plls[i];
+    constexpr auto selects = rowsOf<T, Table::PllSelects>();
+    constexpr auto plls = rowsOf<T, Table::Plls>();
+    static_assert(wiringFits(selects), "a PLL select row does not fit its positions");
+    constexpr auto points = pointFnsOf<T, Table::PllSelects>();
+    constexpr auto options = optionFnsOf<T, Table::Plls>();
+    for (std::size_t i = 0; i < plls.size; ++i) {
+        const PllRow &row = plls[i];
         QUAD *quad = quadNamed(quads, row.quad);
         if (!quad)
             continue;
-        for (std::size_t s = 0; s < std::size(Selects); ++s) {
-            if (QLatin1String(Selects[s].quad) != QLatin1String(row.quad))
+        for (std::size_t s = 0; s < selects.size; ++s) {
+            if (QLatin1String(selects[s].quad) != QLatin1String(row.quad))
                 continue;
-            const Positions &wiring = Selects[s].wiring;
+            const Positions &wiring = selects[s].wiring;
             auto *pll = new PLL(quad, QString::fromLatin1(row.name), options[i], wiring.selCount,
                                 wiring.dirCount, points[s]);
             quad->insertPLL(pll->name, pll);
@@ -215,8 +215,7 @@ void addPlls(serdes &model, const QList<QUAD *> &quads)
     }
 }
 
-template<std::size_t N>
-void addRefs(serdes &model, const QList<QUAD *> &quads, const ElementRow (&rows)[N])
+void addRefs(serdes &model, const QList<QUAD *> &quads, Rows<ElementRow> rows)
 {
     for (const ElementRow &row : rows) {
         QUAD *quad = quadNamed(quads, row.quad);
@@ -228,110 +227,121 @@ void addRefs(serdes &model, const QList<QUAD *> &quads, const ElementRow (&rows)
     }
 }
 
+// In this order: lanes, muxes, PLLs, reference sources.
+template<std::size_t T>
+void buildTier(serdes &model)
+{
+    const Network &network = TIERS[T]->network;
+    const QList<QUAD *> quads = startTopology(model, network.quads);
+    addLanes(model, quads, network.lanes);
+    addMuxes<T>(model, quads);
+    addPlls<T>(model, quads);
+    addRefs(model, quads, network.refs);
+}
+
+template<std::size_t... T>
+constexpr std::array<void (*)(serdes &), sizeof...(T)> buildersOf(std::index_sequence<T...>)
+{
+    return {{&buildTier<T>...}};
+}
+
+constexpr auto BUILDERS = buildersOf(std::make_index_sequence<std::size(TIERS)>());
+
+void build(serdes &model, Tier tier)
+{
+    BUILDERS[static_cast<std::size_t>(tier)](model);
+}
+
+constexpr std::size_t T880K = static_cast<std::size_t>(Tier::T880k);
+constexpr std::size_t T370K = static_cast<std::size_t>(Tier::T370k);
+constexpr std::size_t T90K = static_cast<std::size_t>(Tier::T90k);
+
 } // namespace
 
 void serdes::initilize(const QString &device)
 {
     forgetLastRequest();
     this->device = device;
-    switch (tierOf(device)) {
-    case Tier::T370k:
-        init370k();
-        break;
-    case Tier::T90k:
-        init90k();
-        break;
-    case Tier::T880k:
-        init880k();
-        break;
-    }
+    build(*this, tierOf(device));
 }
+
+// The entries of each tier by name. The whole of a tier is built by
+// initilize() from the list of tiers; these are kept for the callers that
+// name a tier and build the same network.
 
 void serdes::init880k()
 {
-    const QList<QUAD *> quads = startTopology(*this, t880k::QUADS);
-    init880kLANE(quads.at(0), quads.at(1));
-    init880kMUX(quads.at(0), quads.at(1));
-    init880kPLL(quads.at(0), quads.at(1));
-    init880kREFS(quads.at(0), quads.at(1));
+    build(*this, Tier::T880k);
 }
 
 void serdes::init880kLANE(QUAD *q0, QUAD *q1)
 {
-    addLanes(*this, {q0, q1}, t880k::LANES);
+    addLanes(*this, {q0, q1}, t880k::TIER.network.lanes);
 }
 
 void serdes::init880kMUX(QUAD *q0, QUAD *q1)
 {
-    addMuxes<t880k::MUXES>(*this, {q0, q1});
+    addMuxes<T880K>(*this, {q0, q1});
 }
 
 void serdes::init880kPLL(QUAD *q0, QUAD *q1)
 {
-    addPlls<t880k::PLL_SELECTS, t880k::PLLS>(*this, {q0, q1});
+    addPlls<T880K>(*this, {q0, q1});
 }
 
 void serdes::init880kREFS(QUAD *q0, QUAD *q1)
 {
-    addRefs(*this, {q0, q1}, t880k::REFS);
+    addRefs(*this, {q0, q1}, t880k::TIER.network.refs);
 }
 
 void serdes::init370k()
 {
-    const QList<QUAD *> quads = startTopology(*this, t370k::QUADS);
-    init370kLANE(quads.at(0));
-    init370kMUX(quads.at(0));
-    init370kPLL(quads.at(0));
-    init370kREFSandGPIO(quads.at(0));
+    build(*this, Tier::T370k);
 }
 
 void serdes::init370kLANE(QUAD *q0)
 {
-    addLanes(*this, {q0}, t370k::LANES);
+    addLanes(*this, {q0}, t370k::TIER.network.lanes);
 }
 
 void serdes::init370kMUX(QUAD *q0)
 {
-    addMuxes<t370k::MUXES>(*this, {q0});
+    addMuxes<T370K>(*this, {q0});
 }
 
 void serdes::init370kPLL(QUAD *q0)
 {
-    addPlls<t370k::PLL_SELECTS, t370k::PLLS>(*this, {q0});
+    addPlls<T370K>(*this, {q0});
 }
 
 void serdes::init370kREFSandGPIO(QUAD *q0)
 {
-    addRefs(*this, {q0}, t370k::REFS);
+    addRefs(*this, {q0}, t370k::TIER.network.refs);
 }
 
 void serdes::init90k()
 {
-    const QList<QUAD *> quads = startTopology(*this, t90k::QUADS);
-    init90kLANE(quads.at(0));
-    init90kMUX(quads.at(0));
-    init90kPLL(quads.at(0));
-    init90kREFSandGPIO(quads.at(0));
+    build(*this, Tier::T90k);
 }
 
 void serdes::init90kLANE(QUAD *q0)
 {
-    addLanes(*this, {q0}, t90k::LANES);
+    addLanes(*this, {q0}, t90k::TIER.network.lanes);
 }
 
 void serdes::init90kMUX(QUAD *q0)
 {
-    addMuxes<t90k::MUXES>(*this, {q0});
+    addMuxes<T90K>(*this, {q0});
 }
 
 void serdes::init90kPLL(QUAD *q0)
 {
-    addPlls<t90k::PLL_SELECTS, t90k::PLLS>(*this, {q0});
+    addPlls<T90K>(*this, {q0});
 }
 
 void serdes::init90kREFSandGPIO(QUAD *q0)
 {
-    addRefs(*this, {q0}, t90k::REFS);
+    addRefs(*this, {q0}, t90k::TIER.network.refs);
 }
 
 } // namespace IPSERDESIP

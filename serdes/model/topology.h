@@ -1,22 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// The shapes in which the device tiers' networks are written down, one file of
-// rows per tier, and the rule that picks the tier. Internal to the library.
+// The shapes in which a device tier's clock network is written down in the
+// tier's own file. Internal to the library and the tools.
 
-#include <QString>
+#include "tiers/rows.h"
 
 namespace IPSERDESIP {
 namespace topology {
-
-// Part family strings of the two smaller tiers, "/"-joined and compared whole
-// and case-sensitively. Every other string, unknown ones included, is 880k.
-const char DEVICES_370K[] = "RK9C-370D/RK9C-370Q";
-const char DEVICES_90K[] = "RK9C-90F/RK9MC-90F/RK9MC-90D/RK9C-90D/RK9LC-90F/RK9LMC-90F";
-
-enum class Tier { T880k, T370k, T90k };
-
-Tier tierOf(const QString &device);
 
 // An unconnected position.
 constexpr const char *OPEN = nullptr;
@@ -67,6 +58,18 @@ struct ElementRow
 {
     const char *name;
     const char *quad;
+};
+
+// A tier's whole network.
+struct Network
+{
+    Rows<const char *> quads;
+    Rows<ElementRow> lanes;
+    Rows<MuxRow> muxes;
+    // One row per quad: every PLL of the quad has this select.
+    Rows<PllSelectRow> pllSelects;
+    Rows<PllRow> plls;
+    Rows<ElementRow> refs;
 };
 
 } // namespace topology

@@ -3,9 +3,9 @@
 
 #include "model/serdes.h"
 #include "model/serdesip_common.h"
-#include "model/topology.h"
 #include "plugin/serdesipconstants.h"
 #include "protocol/message.h"
+#include "tiers/tier.h"
 
 #include <QHash>
 #include <QLatin1String>
@@ -211,7 +211,7 @@ LinePlan overCdr(serdes &model, LINE *line, const QString &rate, const QString &
             && (option.isEmpty() || it.key() == option))
             plan.starts << it.value();
     }
-    plan.direct = option.isEmpty() && topology::tierOf(model.device) == topology::Tier::T90k
+    plan.direct = option.isEmpty() && tierOf(model.device) == Tier::T90k
                   && (ref == QLatin1String(Q0_GPIO) || ref == QLatin1String(Q0_MCLK));
     return plan;
 }

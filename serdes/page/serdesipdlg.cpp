@@ -14,6 +14,7 @@
 #include "protocol/message.h"
 #include "protocol/protocolpackage.h"
 #include "reconfig/reconfiguration.h"
+#include "tiers/tier.h"
 #include "translate/generator.h"
 #include "translate/parser.h"
 #include "views/clockschematicview.h"
@@ -853,12 +854,12 @@ bool serdesipdlg::prepareForUparArbiter(QMap<QString, QVariant> &args,
 
     const QStringList define{
         QStringLiteral("`define MODULE_NAME %1").arg(moduleName())};
-    // The smaller devices have four requesters on the Upar port.
-    const QStringList fourClients = QStringLiteral("RK9C-370Q/RK9C-370D/RK9-370D")
-                                        .split(QLatin1Char('/'));
-    const QStringList parameter{fourClients.contains(device().family)
-                                    ? QStringLiteral("parameter DRP_NUM = 4;")
-                                    : QStringLiteral("parameter DRP_NUM = 8;")};
+    // The tier says how many requesters its Upar port has. "RK9-370D", a
+    // family of no tier's list, has the four of the 370k parts.
+    const int requesters = device().family == QLatin1String("RK9-370D")
+                               ? tierDescription(Tier::T370k).uparRequesters
+                               : tierDescription(tierOf(device().family)).uparRequesters;
+    const QStringList parameter{QStringLiteral("parameter DRP_NUM = %1;").arg(requesters)};
 
     // The synthesis run finds the headers in <file>/temp/<project>.
     const QString dir = createPath() + QStringLiteral("/upar_arbiter/temp/")

@@ -4,6 +4,7 @@
 #include "plugin/messagebox.h"
 #include "plugin/serdesipconstants.h"
 #include "reconfig/csrtask.h"
+#include "tiers/tier.h"
 #include "ui_reconfiguration.h"
 
 #include <QCoreApplication>
@@ -25,11 +26,6 @@
 namespace IPSERDESIP {
 
 namespace {
-
-// Families without a second quad, on which the form hides it. The families of
-// the smallest tier have one quad too but are left out on purpose: their form
-// keeps the second quad's widgets.
-const char ONE_QUAD_FAMILIES[] = "RK9C-370D/RK9C-370Q";
 
 // The generator's output, relative: it lies in the working directory that the
 // generator inherits.
@@ -110,9 +106,7 @@ void reconfiguration::setExportDirectory(const QString &dir)
 
 void reconfiguration::dialogDidPrepare()
 {
-    const QStringList oneQuad
-        = QString::fromLatin1(ONE_QUAD_FAMILIES).split(QLatin1Char('/'), Qt::SkipEmptyParts);
-    const bool showSecondQuad = !oneQuad.contains(device.family);
+    const bool showSecondQuad = tierDescription(tierOf(device.family)).formQuads > 1;
     QWidget *const secondQuad[] = {
         ui->groupBox_4,
         ui->labelTXQ1RefMux0Freq,

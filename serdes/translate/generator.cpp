@@ -4,7 +4,9 @@
 
 #include "model/serdes.h"
 #include "plugin/serdesipconstants.h"
+#include "tiers/tier.h"
 #include "translate/parser.h"
+#include "translate/parsertables.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -16,10 +18,11 @@
 #include <QVector>
 #include <QtDebug>
 
-#include <array>
 #include <memory>
 
 namespace IPSERDESIP {
+
+using parsertables::DeviceLine;
 
 namespace {
 
@@ -34,20 +37,6 @@ const char TOOL_NOT_STARTED[] = "Can not start %1: %2";
 // done, and the page's check that the register file exists is what remains.
 constexpr int TOOL_TIMEOUT_MS = 30000;
 
-// The device lines that select the smaller tiers' compilers; every other
-// part, and a part without a device line, is built as 880k.
-const char DEVICE_370K[] = "device = \"RK9C-370\"";
-const char DEVICE_90K[] = "device = \"RK9C-90\"";
-const char DEVICE_MC_90K[] = "device = \"RK9MC-90\"";
-
-const std::array<const char *, 10> SECTIONS_880K = {
-    "[q0]",     "[q1]",     "[q0.ln0]", "[q0.ln1]", "[q0.ln2]",
-    "[q0.ln3]", "[q1.ln0]", "[q1.ln1]", "[q1.ln2]", "[q1.ln3]",
-};
-const std::array<const char *, 5> SECTIONS_ONE_QUAD = {
-    "[q0]", "[q0.ln0]", "[q0.ln1]", "[q0.ln2]", "[q0.ln3]",
-};
-
 // These failures come with no output of a tool: the list dies with its
 // generator, so the message handler gets them too and they are never lost.
 void reportTo(QStringList &errList, const QString &error)
@@ -56,32 +45,25 @@ void reportTo(QStringList &errList, const QString &error)
     errList.append(error);
 }
 
-// The lanes whose main equaliser tap is computed, in order: q0's, then q1's.
-QStringList lanesOf(int quads)
-{
-    QStringList lanes;
-    for (int q = 0; q < quads; ++q) {
-        for (int m = 0; m < 4; ++m)
-            lanes.append(QStringLiteral("[q%1.ln%2]").arg(q).arg(m));
-    }
-    return lanes;
-}
-
-enum class Tier { T880k, T370k, T90k };
-
-Tier tierOfLines(const QStringList &lines, bool with90k)
+// The tier whose register compiler reads the device line among `lines`: the
+// tier of the parts that get that line. Lines without a device line are built
+// as 880k.
+Tier tierOfLines(const QStringList &lines)
 {
     for (const QString &line : lines) {
-        if (line == QLatin1String(DEVICE_370K))
-            return Tier::T370k;
-    }
-    if (!with90k)
-        return Tier::T880k;
-    for (const QString &line : lines) {
-        if (line == QLatin1String(DEVICE_90K) || line == QLatin1String(DEVICE_MC_90K))
-            return Tier::T90k;
+        for (const DeviceLine &device : parsertables::DEVICE_LINES) {
+            if (line == QLatin1String(device.line))
+                return tierOf(tierList(device.parts).constFirst());
+        }
     }
     return Tier::T880k;
+}
+
+// The lanes whose main equaliser tap is computed, in order: q0's, then q1's.
+QStringList lanesOf(Tier tier)
+{
+    QStringList lanes = tierSections(tier);
+    return lanes.mid(tierDescription(tier).quads);
 }
 
 // The integer from a line's first blank on; 0 when there is none to read.
@@ -178,16 +160,16 @@ int joinerAt(const QString &line)
     return -1;
 }
 
-template<std::size_t N>
-bool writeToml(const QString &path, const QStringList &lines,
-               const std::array<const char *, N> &sections, QStringList &errList)
+bool writeToml(const QString &path, const QStringList &lines, const QStringList &sections,
+               QStringList &errList)
 {
+    const int count = sections.size();
     QString device;
-    std::array<QByteArray, N> bodies;
+    QVector<QByteArray> bodies(count);
     // The value each field of a section was given first. A second entry of a
     // field would make the file invalid TOML; it is dropped, so that a line
     // given by a protocol beats the default behind it.
-    std::array<QHash<QString, QString>, N> firstValues;
+    QVector<QHash<QString, QString>> firstValues(count);
     // About what a lane section of every tier holds.
     for (QByteArray &body : bodies)
         body.reserve(4096);
@@ -206,8 +188,8 @@ bool writeToml(const QString &path, const QStringList &lines,
         if (close < 0 || close + 1 >= to || line.at(close + 1) != QLatin1Char('.'))
             return;
         const QStringRef header = line.midRef(from, close + 1 - from);
-        for (std::size_t i = 0; i < N; ++i) {
-            if (header != QLatin1String(sections[i]))
+        for (int i = 0; i < count; ++i) {
+            if (header != sections.at(i))
                 continue;
             const QStringRef entry = line.midRef(close + 2, to - close - 2);
             const int blank = entry.indexOf(QLatin1Char(' '));
@@ -241,12 +223,12 @@ bool writeToml(const QString &path, const QStringList &lines,
 
     QByteArray text = device.toUtf8();
     int size = text.size() + 64;
-    for (std::size_t i = 0; i < N; ++i)
-        size += bodies[i].size() + 16;
+    for (const QByteArray &body : bodies)
+        size += body.size() + 16;
     text.reserve(size);
     text += "\n\n[regulator]\nregulator_enable = false\n\n";
-    for (std::size_t i = 0; i < N; ++i) {
-        text += sections[i];
+    for (int i = 0; i < count; ++i) {
+        text += sections.at(i).toLatin1();
         text += '\n';
         text += bodies[i];
         text += '\n';
@@ -281,11 +263,13 @@ bool generator::generateTomlFile(const QStringList &iniLines, const QString &pat
     QStringList lines = parser::instance()->converIniToToml(iniLines, errList);
     // A 90k part is written with the sections of 880k here: this file is only
     // read back for its enable and clock keys, never compiled.
-    const bool is370k = tierOfLines(lines, false) == Tier::T370k;
-    completeFfe(lines, is370k ? lanesOf(1) : lanesOf(2));
+    Tier tier = tierOfLines(lines);
+    if (tier == Tier::T90k)
+        tier = Tier::T880k;
+    completeFfe(lines, lanesOf(tier));
     lines += getSerdesRouteToml();
     lines += getAdditonalToml();
-    const bool written = is370k ? generateTOML_370k(path, lines) : generateTOML_880k(path, lines);
+    const bool written = writeToml(path, lines, tierSections(tier), errList);
     return written && errList.isEmpty();
 }
 
@@ -294,38 +278,19 @@ bool generator::generate(const QStringList &iniLines, const QString &csrPath,
 {
     errList.clear();
     QStringList lines = parser::instance()->converIniToToml(iniLines, errList);
-    const Tier tier = tierOfLines(lines, true);
-    completeFfe(lines, lanesOf(tier == Tier::T880k ? 2 : 1));
+    const Tier tier = tierOfLines(lines);
+    completeFfe(lines, lanesOf(tier));
     lines += getSerdesRouteToml();
     lines += getAdditonalToml();
 
     const QString tomlPath = QString::fromLatin1(TOML_FILE);
-    bool written = false;
-    switch (tier) {
-    case Tier::T370k:
-        written = generateTOML_370k(tomlPath, lines);
-        break;
-    case Tier::T90k:
-        written = generateTOML_90k(tomlPath, lines);
-        break;
-    case Tier::T880k:
-        written = generateTOML_880k(tomlPath, lines);
-        break;
-    }
+    const bool written = writeToml(tomlPath, lines, tierSections(tier), errList);
     // A file with untranslated parameters stays for the user to read, but is
     // not compiled, and the register file is left as it was.
     if (!written || !errList.isEmpty())
         return false;
 
-    switch (tier) {
-    case Tier::T370k:
-        return generateCSR_370k(tomlPath, csrPath, csrLines);
-    case Tier::T90k:
-        return generateCSR_90k(tomlPath, csrPath, csrLines);
-    case Tier::T880k:
-        break;
-    }
-    return generateCSR_880k(tomlPath, csrPath, csrLines);
+    return generateCSR(tierDescription(tier).registerCompiler, tomlPath, csrPath, csrLines);
 }
 
 QStringList generator::getSerdesRouteToml() const
@@ -351,35 +316,35 @@ QStringList generator::getAdditonalToml() const
 
 bool generator::generateTOML_880k(const QString &path, const QStringList &lines)
 {
-    return writeToml(path, lines, SECTIONS_880K, errList);
+    return writeToml(path, lines, tierSections(Tier::T880k), errList);
 }
 
 bool generator::generateTOML_370k(const QString &path, const QStringList &lines)
 {
-    return writeToml(path, lines, SECTIONS_ONE_QUAD, errList);
+    return writeToml(path, lines, tierSections(Tier::T370k), errList);
 }
 
 bool generator::generateTOML_90k(const QString &path, const QStringList &lines)
 {
-    return writeToml(path, lines, SECTIONS_ONE_QUAD, errList);
+    return writeToml(path, lines, tierSections(Tier::T90k), errList);
 }
 
 bool generator::generateCSR_880k(const QString &tomlPath, const QString &csrPath,
                                  const QStringList &csrLines)
 {
-    return generateCSR(APP_SERDES_TOML_TO_CSR_880K, tomlPath, csrPath, csrLines);
+    return generateCSR(tierDescription(Tier::T880k).registerCompiler, tomlPath, csrPath, csrLines);
 }
 
 bool generator::generateCSR_370k(const QString &tomlPath, const QString &csrPath,
                                  const QStringList &csrLines)
 {
-    return generateCSR(APP_SERDES_TOML_TO_CSR_370K, tomlPath, csrPath, csrLines);
+    return generateCSR(tierDescription(Tier::T370k).registerCompiler, tomlPath, csrPath, csrLines);
 }
 
 bool generator::generateCSR_90k(const QString &tomlPath, const QString &csrPath,
                                 const QStringList &csrLines)
 {
-    return generateCSR(APP_SERDES_TOML_TO_CSR_90K, tomlPath, csrPath, csrLines);
+    return generateCSR(tierDescription(Tier::T90k).registerCompiler, tomlPath, csrPath, csrLines);
 }
 
 bool generator::generateCSR(const char *tool, const QString &tomlPath, const QString &csrPath,

@@ -2,7 +2,7 @@
 
 #include "translate/parser.h"
 
-#include "model/topology.h"
+#include "tiers/tierdata.h"
 #include "translate/parsertables.h"
 
 #include <QSet>
@@ -156,22 +156,18 @@ void parser::destory()
 void parser::initialize(const QString &device)
 {
     deviceName = device;
-    // The tables follow the same part lists as the clock network, so that a
-    // part never gets the tables of one tier and the network of another.
-    switch (topology::tierOf(device)) {
-    case topology::Tier::T370k:
-        initConverMap_370k();
-        initDefaultMap_370k();
-        return;
-    case topology::Tier::T90k:
-        initConverMap_90k();
-        initDefaultMap_90k();
-        return;
-    case topology::Tier::T880k:
-        break;
-    }
-    initConverMap_880k();
-    initDefaultMap_880k();
+    // The tables come from the same entry of the list of tiers as the clock
+    // network, so that a part never gets the tables of one tier and the
+    // network of another.
+    loadTier(tierOf(device));
+}
+
+void parser::loadTier(Tier tier)
+{
+    const TierTables &tables = *tierData(tier).parameters;
+    addConverRows(converMap, tables);
+    addDefaultRows(defaultMap, tables);
+    tablesChanged();
 }
 
 QStringList parser::converIniToToml(const QStringList &iniLines, QStringList &errors)
@@ -294,39 +290,41 @@ QString parser::parameterConver(const QString &name, const QString &value) const
     return QString();
 }
 
+// The entries of each tier by name, kept for the callers that name a tier.
+
 void parser::initConverMap_880k()
 {
-    addConverRows(converMap, parsertables::TABLES_880K);
+    addConverRows(converMap, *tierData(Tier::T880k).parameters);
     tablesChanged();
 }
 
 void parser::initConverMap_370k()
 {
-    addConverRows(converMap, parsertables::TABLES_370K);
+    addConverRows(converMap, *tierData(Tier::T370k).parameters);
     tablesChanged();
 }
 
 void parser::initConverMap_90k()
 {
-    addConverRows(converMap, parsertables::TABLES_90K);
+    addConverRows(converMap, *tierData(Tier::T90k).parameters);
     tablesChanged();
 }
 
 void parser::initDefaultMap_880k()
 {
-    addDefaultRows(defaultMap, parsertables::TABLES_880K);
+    addDefaultRows(defaultMap, *tierData(Tier::T880k).parameters);
     tablesChanged();
 }
 
 void parser::initDefaultMap_370k()
 {
-    addDefaultRows(defaultMap, parsertables::TABLES_370K);
+    addDefaultRows(defaultMap, *tierData(Tier::T370k).parameters);
     tablesChanged();
 }
 
 void parser::initDefaultMap_90k()
 {
-    addDefaultRows(defaultMap, parsertables::TABLES_90K);
+    addDefaultRows(defaultMap, *tierData(Tier::T90k).parameters);
     tablesChanged();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "plugin/serdesip_global.h"
+#include "tiers/tier.h"
 
 #include <QMap>
 #include <QString>
@@ -64,6 +65,7 @@ private:
     // Every default translated, in the order of defaultMap. Made once per
     // table load, since every design repeats most of them.
     const QVector<TranslatedDefault> &translatedDefaults();
+    void loadTier(Tier tier);
     void tablesChanged();
 
     QMap<QString, QString> defaultMap;

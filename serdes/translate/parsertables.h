@@ -6,28 +6,12 @@
 // translated by rule. All of it is constant data that needs no construction at
 // load time; parser expands it into its maps. Internal to the library.
 
+#include "tiers/rows.h"
+
 #include <cstddef>
 
 namespace IPSERDESIP {
 namespace parsertables {
-
-// A view of a constant array, so that a row can refer to a list of any length.
-template<typename T>
-struct Rows
-{
-    const T *data = nullptr;
-    std::size_t size = 0;
-
-    constexpr Rows() = default;
-    template<std::size_t N>
-    constexpr Rows(const T (&rows)[N])
-        : data(rows)
-        , size(N)
-    {}
-
-    constexpr const T *begin() const { return data; }
-    constexpr const T *end() const { return data + size; }
-};
 
 // A protocol-side value and the device-side value exactly as it stands in the
 // device line, double quotes included where the device wants text.

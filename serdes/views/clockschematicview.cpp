@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "views/clockschematicview.h"
 
-#include "model/topology.h"
+#include "tiers/tierdata.h"
 #include "views/boxitem.h"
 #include "views/clockgraphicview.h"
 #include "views/lineitem.h"
@@ -9,9 +9,7 @@
 #include "views/netitem.h"
 #include "views/pllitem.h"
 #include "views/refclkitem.h"
-#include "views/schematiclayout_370k.h"
-#include "views/schematiclayout_880k.h"
-#include "views/schematiclayout_90k.h"
+#include "views/schematiclayout.h"
 
 #include <QContextMenuEvent>
 #include <QDir>
@@ -130,17 +128,7 @@ void clockSchematicView::createBox(const QString &label, const QRectF &rect, con
 
 void clockSchematicView::place()
 {
-    switch (topology::tierOf(device.family)) {
-    case topology::Tier::T370k:
-        placeTier(t370k::LAYOUT);
-        break;
-    case topology::Tier::T90k:
-        placeTier(t90k::LAYOUT);
-        break;
-    case topology::Tier::T880k:
-        placeTier(t880k::LAYOUT);
-        break;
-    }
+    placeTier(tierData(tierOf(device.family)).drawing);
 }
 
 // Creation order is stacking order: per quad its sources, the quad's box, its

@@ -7,6 +7,7 @@
 // is its top left corner.
 
 #include "plugin/serdesipconstants.h"
+#include "views/schematicrows.h"
 
 #include <QRgb>
 
@@ -14,36 +15,6 @@
 
 namespace IPSERDESIP {
 namespace schematic {
-
-// A reference source or a mux of one tier.
-struct NodeRow
-{
-    int quad;
-    const char *key;
-    const char *label;
-    double x;
-    double y;
-};
-
-// The distance from a node's out point to the vertical run of its wires.
-struct OffsetRow
-{
-    const char *key;
-    int offset;
-};
-
-struct TierLayout
-{
-    int quads;
-    const NodeRow *sources;
-    std::size_t sourceCount;
-    const NodeRow *muxes;
-    std::size_t muxCount;
-    const OffsetRow *offsets;
-    std::size_t offsetCount;
-    double width;
-    double height;
-};
 
 enum class Kind { Box, Pll, Line };
 

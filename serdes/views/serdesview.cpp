@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "views/serdesview.h"
 
-#include "model/topology.h"
 #include "protocol/message.h"
+#include "tiers/tier.h"
 #include "views/floorplanlayout.h"
 #include "views/graphicsview.h"
 #include "views/serdesitem.h"
@@ -79,7 +79,7 @@ void serdesView::initDisplayView()
     if (q0Qpll[0])
         return;
     initQuad0();
-    if (topology::tierOf(device.family) == topology::Tier::T880k)
+    if (tierDescription(tierOf(device.family)).quads > 1)
         initQuad1();
 }
 

@@ -10,5 +10,5 @@ int main(int argc, char *argv[])
     QStringList args;
     for (int i = 0; i < argc; ++i)
         args.append(QString::fromLocal8Bit(argv[i]));
-    return IPSERDESIP::runTomlToCsr(IPSERDESIP::topology::Tier::SERDES_TOOL_TIER, args);
+    return IPSERDESIP::runTomlToCsr(IPSERDESIP::Tier::SERDES_TOOL_TIER, args);
 }

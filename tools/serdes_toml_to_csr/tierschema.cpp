@@ -2,9 +2,7 @@
 
 #include "tierschema.h"
 
-#include "model/topology_370k.h"
-#include "model/topology_880k.h"
-#include "model/topology_90k.h"
+#include "tiers/tierdata.h"
 #include "translate/parsertables.h"
 
 #include <QLocale>
@@ -64,18 +62,6 @@ const char *ruleField(const char *name)
     return nullptr;
 }
 
-// The tier of a part as the clock network picks it: topology::tierOf, which
-// lives in the library with the network, decides by these same part lists.
-topology::Tier tierOfPart(const QString &part)
-{
-    const QChar split(QLatin1Char('/'));
-    if (QString::fromLatin1(topology::DEVICES_370K).split(split).contains(part))
-        return topology::Tier::T370k;
-    if (QString::fromLatin1(topology::DEVICES_90K).split(split).contains(part))
-        return topology::Tier::T90k;
-    return topology::Tier::T880k;
-}
-
 // Shortest text that reads back as the same double, so that two floats
 // compare as texts exactly when they are equal.
 QString floatText(double value)
@@ -91,48 +77,15 @@ bool isPlainDecimal(QStringView text)
     return form.match(text.toString()).hasMatch();
 }
 
-const TierTables &tablesOf(topology::Tier tier)
-{
-    switch (tier) {
-    case topology::Tier::T370k:
-        return TABLES_370K;
-    case topology::Tier::T90k:
-        return TABLES_90K;
-    case topology::Tier::T880k:
-        break;
-    }
-    return TABLES_880K;
-}
-
 } // namespace
 
-tierschema::tierschema(topology::Tier tier)
+tierschema::tierschema(Tier tier)
 {
-    const TierTables &tables = tablesOf(tier);
-    switch (tier) {
-    case topology::Tier::T370k:
-        m_tierName = QStringLiteral("370k");
-        break;
-    case topology::Tier::T90k:
-        m_tierName = QStringLiteral("90k");
-        break;
-    case topology::Tier::T880k:
-        m_tierName = QStringLiteral("880k");
-        break;
-    }
-    addSections(tables.quadCount);
-    addTables(tables);
-    switch (tier) {
-    case topology::Tier::T370k:
-        addNetwork(topology::t370k::MUXES, topology::t370k::PLL_SELECTS, topology::t370k::PLLS);
-        break;
-    case topology::Tier::T90k:
-        addNetwork(topology::t90k::MUXES, topology::t90k::PLL_SELECTS, topology::t90k::PLLS);
-        break;
-    case topology::Tier::T880k:
-        addNetwork(topology::t880k::MUXES, topology::t880k::PLL_SELECTS, topology::t880k::PLLS);
-        break;
-    }
+    const TierData &data = tierData(tier);
+    m_tierName = QLatin1String(data.description.tag);
+    addSections(data.parameters->quadCount);
+    addTables(*data.parameters);
+    addNetwork(data.network);
 
     // What the writer adds to every file: the main equaliser tap of each lane,
     // the reference mux scheme of each quad, and the regulator.
@@ -152,7 +105,7 @@ tierschema::tierschema(topology::Tier tier)
     for (const DeviceLine &row : DEVICE_LINES) {
         const QStringList parts = QString::fromLatin1(row.parts).split(QLatin1Char('/'));
         if (std::any_of(parts.cbegin(), parts.cend(),
-                        [tier](const QString &part) { return tierOfPart(part) == tier; }))
+                        [tier](const QString &part) { return tierOf(part) == tier; }))
             devices.values += acceptOf(QString::fromLatin1(row.line).section(" = ", 1)).values;
     }
     // No values would mean any string.
@@ -240,12 +193,9 @@ void tierschema::addTables(const TierTables &tables)
 
 // Every mux and PLL writes its select, and the bridge between the quads its
 // direction and its output select to both quads.
-template<std::size_t M, std::size_t S, std::size_t P>
-void tierschema::addNetwork(const topology::MuxRow (&muxes)[M],
-                            const topology::PllSelectRow (&selects)[S],
-                            const topology::PllRow (&plls)[P])
+void tierschema::addNetwork(const topology::Network &network)
 {
-    for (const topology::MuxRow &row : muxes) {
+    for (const topology::MuxRow &row : network.muxes) {
         const Accept select{Kind::Integer, integers(row.wiring.selCount), {}, {}};
         if (row.kind == topology::MuxKind::Bridge) {
             for (int q = 0; q < m_quads; ++q) {
@@ -259,9 +209,9 @@ void tierschema::addNetwork(const topology::MuxRow (&muxes)[M],
         if (splitLine(QLatin1String(row.line), section, field, value))
             allow(section, field, select, true);
     }
-    for (const topology::PllRow &row : plls) {
+    for (const topology::PllRow &row : network.plls) {
         int selCount = 0;
-        for (const topology::PllSelectRow &select : selects) {
+        for (const topology::PllSelectRow &select : network.pllSelects) {
             if (qstrcmp(select.quad, row.quad) == 0)
                 selCount = select.wiring.selCount;
         }

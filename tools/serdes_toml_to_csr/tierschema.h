@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/topology.h"
+#include "tiers/tier.h"
 #include "translate/parsertables.h"
 
 #include <QMap>
@@ -23,7 +24,7 @@ namespace IPSERDESIP {
 class tierschema
 {
 public:
-    explicit tierschema(topology::Tier tier);
+    explicit tierschema(Tier tier);
 
     QString tierName() const { return m_tierName; }
 
@@ -59,9 +60,7 @@ private:
     static QStringList sectionsOf(bool lanes, int quads);
     void addSections(int quads);
     void addTables(const parsertables::TierTables &tables);
-    template<std::size_t M, std::size_t S, std::size_t P>
-    void addNetwork(const topology::MuxRow (&muxes)[M], const topology::PllSelectRow (&selects)[S],
-                    const topology::PllRow (&plls)[P]);
+    void addNetwork(const topology::Network &network);
     void allow(const QString &section, const QString &field, const Accept &accept, bool required);
     void require(const QString &section, const QString &field);
     // A device line, "[q0.ln1].field value", with its value as the one allowed.

@@ -154,7 +154,7 @@ void listParameters(const toml::table &table, const QString &section, QStringLis
 
 } // namespace
 
-int runTomlToCsr(topology::Tier tier, const QStringList &args)
+int runTomlToCsr(Tier tier, const QStringList &args)
 {
     const QString program = QFileInfo(args.value(0)).fileName();
     if (args.size() != 4 || args.at(2) != QLatin1String("-o")) {

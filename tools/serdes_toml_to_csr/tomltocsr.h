@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "model/topology.h"
+#include "tiers/tier.h"
 
 #include <QStringList>
 
@@ -11,6 +11,6 @@ namespace IPSERDESIP {
 // the parameter file, "-o" and the output file. Returns the exit code: 0 when
 // the listing was written; otherwise the reasons stand on standard error, each
 // with "Error" in it.
-int runTomlToCsr(topology::Tier tier, const QStringList &args);
+int runTomlToCsr(Tier tier, const QStringList &args);
 
 } // namespace IPSERDESIP

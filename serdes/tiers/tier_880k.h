@@ -3,14 +3,20 @@
 
 // Tier 880k: two quads with two reference inputs each, joined by a bridge mux.
 // The bridge sits at select 2 on quad 0's muxes but at select 1 on quad 1's.
+//
+// Its clock schematic: two quads, one below the other, each with two reference inputs
+// in front of two muxes. The bridge between the quads is no node: a route
+// through it is drawn as a wire from the other quad's reference input
+// straight to this quad's mux.
 
-#include "model/topology.h"
 #include "plugin/serdesipconstants.h"
+#include "tiers/tierdata.h"
 
 namespace IPSERDESIP {
-namespace topology {
 namespace t880k {
 
+namespace network {
+using namespace topology;
 // clang-format off
 constexpr const char *QUADS[] = {Q0, Q1};
 
@@ -52,7 +58,53 @@ constexpr ElementRow REFS[] = {
     {Q0_REF0, Q0}, {Q0_REF1, Q0}, {Q1_REF0, Q1}, {Q1_REF1, Q1},
 };
 // clang-format on
+} // namespace network
+
+namespace drawing {
+using namespace schematic;
+// clang-format off
+constexpr NodeRow SOURCES[] = {
+    {0, Q0_REF0, "Q0 REFCLK0", 30,  177},
+    {0, Q0_REF1, "Q0 REFCLK1", 30,  564},
+    {1, Q1_REF0, "Q1 REFCLK0", 30,  877},
+    {1, Q1_REF1, "Q1 REFCLK1", 30, 1264},
+};
+
+constexpr NodeRow MUXES[] = {
+    {0, Q0_MUX0, "REFMUX0", 230,  237},
+    {0, Q0_MUX1, "REFMUX1", 230,  464},
+    {1, Q1_MUX0, "REFMUX0", 230,  937},
+    {1, Q1_MUX1, "REFMUX1", 230, 1164},
+};
+
+constexpr OffsetRow OFFSETS[] = {
+    {Q0_REF0, 40}, {Q0_REF1, 50}, {Q1_REF0, 60}, {Q1_REF1, 70},
+    {Q0_MUX0, 40}, {Q0_MUX1, 50}, {Q1_MUX0, 60}, {Q1_MUX1, 70},
+};
+// clang-format on
+} // namespace drawing
+
+constexpr TierData TIER = {
+    // clang-format off
+    {
+        Tier::T880k,                                    // tier
+        "880k",                                         // tag
+        nullptr,                                        // families
+        2,                                              // quads
+        "Q0 REFCLK0/Q0 REFCLK1/Q1 REFCLK0/Q1 REFCLK1",  // reference pins
+        nullptr,                                        // fabric references
+        "REFMUX0/REFMUX1",                              // reference muxes
+        APP_SERDES_TOML_TO_CSR_880K,                    // register compiler
+        8,                                              // Upar requesters
+        2,                                              // form quads
+    },
+    // clang-format on
+    {network::QUADS, network::LANES, network::MUXES, network::PLL_SELECTS, network::PLLS,
+     network::REFS},
+    {2, drawing::SOURCES, std::size(drawing::SOURCES), drawing::MUXES, std::size(drawing::MUXES),
+     drawing::OFFSETS, std::size(drawing::OFFSETS), 930, 1460},
+    &parsertables::TABLES_880K,
+};
 
 } // namespace t880k
-} // namespace topology
 } // namespace IPSERDESIP
