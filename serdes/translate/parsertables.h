@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// The shapes in which the parameter tables are written down: one file of
-// families per device tier, and one of the free-valued parameters that are
-// translated by rule. All of it is constant data that needs no construction at
-// load time; parser expands it into its maps. Internal to the library.
+// The shapes in which the parameter tables are written down: the rows that
+// tiers share (parsertables_shared.h), one file per device tier with the rows
+// of its own, and one of the free-valued parameters that are translated by
+// rule. All of it is constant data that needs no construction at load time;
+// parser expands it into its maps. Internal to the library.
 
 #include "tiers/rows.h"
 
@@ -12,6 +13,61 @@
 
 namespace IPSERDESIP {
 namespace parsertables {
+
+// Lists of rows walked as one list: a tier names the groups it shares with
+// other tiers and its own, and whoever reads the tier sees all their rows in
+// turn.
+template<typename T>
+struct Groups
+{
+    class Iterator
+    {
+    public:
+        constexpr Iterator(const Rows<T> *group, const Rows<T> *last)
+            : m_group(group)
+            , m_last(last)
+        {
+            skipEnded();
+        }
+
+        constexpr const T &operator*() const { return m_group->data[m_row]; }
+        constexpr Iterator &operator++()
+        {
+            ++m_row;
+            skipEnded();
+            return *this;
+        }
+        constexpr bool operator!=(const Iterator &other) const
+        {
+            return m_group != other.m_group || m_row != other.m_row;
+        }
+
+    private:
+        // Onto the next group that has a row left; an empty group is passed over.
+        constexpr void skipEnded()
+        {
+            while (m_group != m_last && m_row == m_group->size) {
+                ++m_group;
+                m_row = 0;
+            }
+        }
+
+        const Rows<T> *m_group;
+        const Rows<T> *m_last;
+        std::size_t m_row = 0;
+    };
+
+    Rows<Rows<T>> groups;
+
+    constexpr Groups() = default;
+    template<std::size_t N>
+    constexpr Groups(const Rows<T> (&list)[N])
+        : groups(list)
+    {}
+
+    constexpr Iterator begin() const { return {groups.begin(), groups.end()}; }
+    constexpr Iterator end() const { return {groups.end(), groups.end()}; }
+};
 
 // A protocol-side value and the device-side value exactly as it stands in the
 // device line, double quotes included where the device wants text.
@@ -33,7 +89,9 @@ enum class Scope {
 
 // One parameter with its device field. Each value pair gives one whole-line
 // translation per lane or quad of the scope; the default gives one default row
-// per lane or quad.
+// per lane or quad. A tier that has more values of a family than the tiers it
+// shares it with gives them in a row of its own, of the same scope, name and
+// field but without a default: only one row of a family carries it.
 struct Family
 {
     Scope scope;
@@ -66,12 +124,12 @@ struct TierTables
 {
     // Lane and quad rows exist for q0 up to q<quadCount - 1>, four lanes each.
     int quadCount;
-    Rows<Family> families;
+    Groups<Family> families;
     Rows<ValuePair> masterLanes;
     Rows<MasterSelect> masterSelects;
     // Chip-wide translations and defaults.
-    Rows<Line> chipLines;
-    Rows<Line> chipDefaults;
+    Groups<Line> chipLines;
+    Groups<Line> chipDefaults;
 };
 
 extern const TierTables TABLES_880K;
