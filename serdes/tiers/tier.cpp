@@ -9,6 +9,11 @@ const TierData &tierData(Tier tier)
     return *TIERS[static_cast<std::size_t>(tier)];
 }
 
+Rows<const TierData *> allTiers()
+{
+    return TIERS;
+}
+
 Tier tierOf(const QString &family)
 {
     const TierDescription *rest = nullptr;

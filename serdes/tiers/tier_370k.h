@@ -4,11 +4,15 @@
 // Tier 370k: one quad with four reference inputs and four fabric clock inputs,
 // all behind the four muxes; every PLL can take any mux.
 //
+// Its parameter tables hold the rows that are its own; those it shares with
+// the other tiers are in translate/parsertables_shared.h.
+//
 // Its clock schematic: one quad, four reference inputs and four fabric clocks in front
 // of four muxes.
 
 #include "plugin/serdesipconstants.h"
 #include "tiers/tierdata.h"
+#include "translate/parsertables_shared.h"
 
 namespace IPSERDESIP {
 namespace t370k {
@@ -50,6 +54,43 @@ constexpr ElementRow REFS[] = {
 };
 // clang-format on
 } // namespace network
+
+namespace parameters {
+using namespace parsertables;
+// The scopes, not the model classes of the same names.
+using parsertables::LANE;
+using parsertables::QUAD;
+
+// Calibration clock sources beside those of every tier.
+constexpr ValuePair CDR_REFCLK_MORE[] = {{"refmux2", "\"REFMUX2\""}, {"refmux3", "\"REFMUX3\""}};
+
+constexpr Family FAMILIES[] = {
+    {LANE, "cdr_refclk_sel", "cdr_calib_clk_src", CDR_REFCLK_MORE, nullptr},
+
+    // Free values, translated by rule; only their defaults are rows.
+    {QUAD, "refclk2_freq", nullptr, {}, "0"},
+    {QUAD, "refclk3_freq", nullptr, {}, "0"},
+    {QUAD, "gpio0_freq", nullptr, {}, "0"},
+    {QUAD, "gpio1_freq", nullptr, {}, "0"},
+    {QUAD, "gpio2_freq", nullptr, {}, "0"},
+    {QUAD, "gpio3_freq", nullptr, {}, "0"},
+};
+
+constexpr Rows<Family> FAMILY_GROUPS[] = {COMMON_FAMILIES, FAMILIES_370K_90K, FAMILIES};
+static_assert(familyRowsAgree(FAMILY_GROUPS), "a family of tier 370k has rows that disagree");
+
+constexpr Rows<Line> CHIP_LINE_GROUPS[] = {COMMON_CHIP_LINES, CHIP_LINES_370K_90K};
+constexpr Rows<Line> CHIP_DEFAULT_GROUPS[] = {COMMON_CHIP_DEFAULTS};
+
+// The name under which the register compiler knows each group of parts.
+constexpr DeviceLine DEVICE_LINES[] = {
+    {"RK9C-370D/RK9C-370Q", "device = \"RK9C-370\""},
+};
+
+constexpr TierTables TABLES = {
+    1, FAMILY_GROUPS, MASTER_LANES, MASTER_SELECTS, CHIP_LINE_GROUPS, CHIP_DEFAULT_GROUPS,
+};
+} // namespace parameters
 
 namespace drawing {
 using namespace schematic;
@@ -101,7 +142,8 @@ constexpr TierData TIER = {
      network::REFS},
     {1, drawing::SOURCES, std::size(drawing::SOURCES), drawing::MUXES, std::size(drawing::MUXES),
      drawing::OFFSETS, std::size(drawing::OFFSETS), 930, 740},
-    &parsertables::TABLES_370K,
+    &parameters::TABLES,
+    parameters::DEVICE_LINES,
 };
 
 } // namespace t370k

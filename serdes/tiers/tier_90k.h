@@ -5,11 +5,15 @@
 // only selects 0 and 2 are wired. The fabric clock and the master clock reach
 // the PLLs directly, at selects 2 and 3, without any mux.
 //
+// Its parameter tables hold the rows that are its own; those it shares with
+// the other tiers are in translate/parsertables_shared.h.
+//
 // Its clock schematic: one quad, two reference inputs, the fabric clock and the main
 // clock in front of two muxes.
 
 #include "plugin/serdesipconstants.h"
 #include "tiers/tierdata.h"
+#include "translate/parsertables_shared.h"
 
 namespace IPSERDESIP {
 namespace t90k {
@@ -46,6 +50,43 @@ constexpr ElementRow REFS[] = {
 };
 // clang-format on
 } // namespace network
+
+namespace parameters {
+using namespace parsertables;
+// The scopes, not the model classes of the same names.
+using parsertables::LANE;
+using parsertables::QUAD;
+
+// Calibration clock sources beside those of every tier.
+constexpr ValuePair CDR_REFCLK_MORE[] = {{"gpio", "\"GPIO\""}, {"mclk", "\"MCLK\""}};
+
+constexpr Family FAMILIES[] = {
+    {LANE, "cdr_refclk_sel", "cdr_calib_clk_src", CDR_REFCLK_MORE, nullptr},
+
+    // Free values, translated by rule; only their defaults are rows.
+    {QUAD, "gpio_freq", nullptr, {}, "0"},
+};
+
+constexpr Rows<Family> FAMILY_GROUPS[] = {COMMON_FAMILIES, FAMILIES_370K_90K, FAMILIES};
+static_assert(familyRowsAgree(FAMILY_GROUPS), "a family of tier 90k has rows that disagree");
+
+constexpr Rows<Line> CHIP_LINE_GROUPS[] = {COMMON_CHIP_LINES, CHIP_LINES_370K_90K};
+
+constexpr Line CHIP_DEFAULTS[] = {
+    {"mclk_freq", "0"},
+};
+constexpr Rows<Line> CHIP_DEFAULT_GROUPS[] = {COMMON_CHIP_DEFAULTS, CHIP_DEFAULTS};
+
+// The name under which the register compiler knows each group of parts.
+constexpr DeviceLine DEVICE_LINES[] = {
+    {"RK9C-90F/RK9C-90D/RK9LC-90F/RK9LMC-90F", "device = \"RK9C-90\""},
+    {"RK9MC-90F/RK9MC-90D", "device = \"RK9MC-90\""},
+};
+
+constexpr TierTables TABLES = {
+    1, FAMILY_GROUPS, MASTER_LANES, MASTER_SELECTS, CHIP_LINE_GROUPS, CHIP_DEFAULT_GROUPS,
+};
+} // namespace parameters
 
 namespace drawing {
 using namespace schematic;
@@ -88,7 +129,8 @@ constexpr TierData TIER = {
      network::REFS},
     {1, drawing::SOURCES, std::size(drawing::SOURCES), drawing::MUXES, std::size(drawing::MUXES),
      drawing::OFFSETS, std::size(drawing::OFFSETS), 930, 740},
-    &parsertables::TABLES_90K,
+    &parameters::TABLES,
+    parameters::DEVICE_LINES,
 };
 
 } // namespace t90k

@@ -4,7 +4,7 @@
 
 #include "model/serdes.h"
 #include "plugin/serdesipconstants.h"
-#include "tiers/tier.h"
+#include "tiers/tierdata.h"
 #include "translate/parser.h"
 #include "translate/parsertables.h"
 
@@ -46,14 +46,16 @@ void reportTo(QStringList &errList, const QString &error)
 }
 
 // The tier whose register compiler reads the device line among `lines`: the
-// tier of the parts that get that line. Lines without a device line are built
+// tier whose parts get that line. Lines without a device line are built
 // as 880k.
 Tier tierOfLines(const QStringList &lines)
 {
     for (const QString &line : lines) {
-        for (const DeviceLine &device : parsertables::DEVICE_LINES) {
-            if (line == QLatin1String(device.line))
-                return tierOf(tierList(device.parts).constFirst());
+        for (const TierData *tier : allTiers()) {
+            for (const DeviceLine &device : tier->deviceLines) {
+                if (line == QLatin1String(device.line))
+                    return tier->description.tier;
+            }
         }
     }
     return Tier::T880k;

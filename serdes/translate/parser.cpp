@@ -184,7 +184,7 @@ QStringList parser::converIniToToml(const QStringList &iniLines, QStringList &er
 
     QStringList result;
     result.reserve(iniLines.size() + defaultMap.size() + 1);
-    for (const DeviceLine &device : parsertables::DEVICE_LINES) {
+    for (const DeviceLine &device : tierData(tierOf(deviceName)).deviceLines) {
         if (listHolds(device.parts, deviceName)) {
             result.append(QLatin1String(device.line));
             break;

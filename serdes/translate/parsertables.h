@@ -132,10 +132,6 @@ struct TierTables
     Groups<Line> chipDefaults;
 };
 
-extern const TierTables TABLES_880K;
-extern const TierTables TABLES_370K;
-extern const TierTables TABLES_90K;
-
 // How a free value becomes the device value.
 enum class ValueRule {
     // As it stands.
@@ -182,9 +178,6 @@ struct DeviceLine
     const char *parts;
     const char *line;
 };
-
-// Tested in order; a part in none of the rows gets no device line.
-extern const Rows<DeviceLine> DEVICE_LINES;
 
 } // namespace parsertables
 } // namespace IPSERDESIP

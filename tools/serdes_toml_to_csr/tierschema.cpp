@@ -102,12 +102,8 @@ tierschema::tierschema(Tier tier)
     // The device line of a part of this tier; a part without a name of its own
     // has none.
     Accept devices{Kind::String, {}, {}, {}};
-    for (const DeviceLine &row : DEVICE_LINES) {
-        const QStringList parts = QString::fromLatin1(row.parts).split(QLatin1Char('/'));
-        if (std::any_of(parts.cbegin(), parts.cend(),
-                        [tier](const QString &part) { return tierOf(part) == tier; }))
-            devices.values += acceptOf(QString::fromLatin1(row.line).section(" = ", 1)).values;
-    }
+    for (const DeviceLine &row : tierData(tier).deviceLines)
+        devices.values += acceptOf(QString::fromLatin1(row.line).section(" = ", 1)).values;
     // No values would mean any string.
     if (!devices.values.isEmpty())
         allow(QString(), QStringLiteral("device"), devices, false);
