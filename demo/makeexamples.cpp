@@ -275,7 +275,7 @@ int main(int argc, char *argv[])
           {"Custom PHY",
            {"listLanes=Q1 Lane0,Q1 Lane1", "comboPllQ1=CPLL", "comboReferenceQ1=Q1 REFCLK1",
             "comboRefFreqQ1=156.25", "comboTxRate=3.125", "comboRxRate=3.125"}},
-          {"BCDR", {"lane_Q1_LANE3=true"}}}},
+          {"BCDR", {"listLanes=Q1 Lane2,Q1 Lane3"}}}},
         {"370k",
          "RK9C370D-FG676-2",
          {{"10GBASE-R", {"listLanes=Q0 Lane0,Q0 Lane1", "checkDrp=true"}},
@@ -284,7 +284,7 @@ int main(int argc, char *argv[])
         {"90k",
          "RK9C90F-BG324-1",
          {{"10GBASE-R", {"listLanes=Q0 Lane0,Q0 Lane1,Q0 Lane2"}},
-          {"BCDR", {"lane_Q0_LANE3=true"}}}},
+          {"BCDR", {"listLanes=Q0 Lane3"}}}},
     };
 
     QMap<QString, QMap<QString, QVariant>> oneQuad;

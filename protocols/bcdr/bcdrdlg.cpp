@@ -2,7 +2,10 @@
 #include "bcdrdlg.h"
 
 #include "../common/devicetier.h"
-#include "bcdrmodule.h"
+#include "../common/fields.h"
+#include "../common/lanelist.h"
+#include "../common/lanemodule.h"
+#include "../common/laneplacement.h"
 #include "ui_bcdrdlg.h"
 
 #include <model/serdes.h>
@@ -10,10 +13,8 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QGridLayout>
 #include <QLabel>
-#include <QMessageBox>
-#include <QRegularExpressionValidator>
+#include <QListWidget>
 #include <QSignalBlocker>
 
 #include <algorithm>
@@ -43,23 +44,17 @@ bool select(QComboBox *combo, const QString &value)
     return true;
 }
 
-// "QPLL0 of Q0", "the CPLL of Q0 Lane1": a PLL in the user's words.
-QString pllWords(const QString &pll)
-{
-    const QString quad = pll.left(2);
-    if (pll.contains(QStringLiteral("QPLL")))
-        return QStringLiteral("%1 of %2").arg(pll.mid(3), quad);
-    return QStringLiteral("the CPLL of %1 Lane%2").arg(quad, pll.right(1));
-}
-
 QString capitalised(const QString &text)
 {
     return text.left(1).toUpper() + text.mid(1);
 }
 
-QString number(double value)
+QStringList laneLabels(const QStringList &lanes)
 {
-    return QString::number(value, 'g', 12);
+    QStringList labels;
+    for (const QString &lane : lanes)
+        labels << samples::laneLabel(lane);
+    return labels;
 }
 
 } // namespace
@@ -72,20 +67,26 @@ BcdrDlg::BcdrDlg(const QString &helpFile, QWidget *parent)
     m_helpFile = helpFile;
     m_form->setupUi(m_holder);
     m_holder->hide();
-    uiAddTab(m_form->pageClock, QStringLiteral("Lanes and Clock"));
-    uiAddTab(m_form->pageRx, QStringLiteral("RX Settings"));
-    uiSetLabelText(QStringLiteral("Burst-Mode CDR Receiver"));
-    // The instance's directory is named after its file, as on reopening.
-    fileNameConnectCreatIn();
-    // The module is written in Verilog only.
-    if (auto *language = findChild<QComboBox *>(QStringLiteral("comboBoxLanguage"))) {
-        language->setCurrentIndex(0);
-        language->setEnabled(false);
-    }
+    uiAddTab(m_form->pageClock, tr("Lanes and Clock"));
+    uiAddTab(m_form->pageRx, tr("RX Settings"));
+    uiSetLabelText(tr("Burst-Mode CDR Receiver"));
 
-    const QRegularExpression decimal(QStringLiteral("[0-9]{1,4}(\\.[0-9]{0,6})?"));
-    m_form->editRefFreq->setValidator(new QRegularExpressionValidator(decimal, this));
-    m_form->editRxRate->setValidator(new QRegularExpressionValidator(decimal, this));
+    samples::setUpField(samples::Field::Lanes, m_form->listLanes);
+    samples::setUpField(samples::Field::Pll, m_form->comboPll, m_form->labelPll);
+    samples::setUpField(samples::Field::Reference, m_form->comboReference, m_form->labelReference);
+    samples::setUpField(samples::Field::RefFreq, m_form->comboRefFreq, m_form->labelRefFreq);
+    samples::setUpField(samples::Field::RxRate, m_form->comboRxRate, m_form->labelRxRate);
+    // The receiver's own limits.
+    m_form->comboRefFreq->setToolTip(tr("Frequency of the reference clock, %1 to %2 MHz.")
+                                         .arg(Bcdr::Options::MIN_REF_FREQ)
+                                         .arg(Bcdr::Options::MAX_REF_FREQ));
+    m_form->comboRxRate->setToolTip(tr("Line rate of the received bursts, %1 to %2 Gbps.")
+                                        .arg(Bcdr::Options::MIN_RX_RATE)
+                                        .arg(Bcdr::Options::MAX_RX_RATE));
+    m_form->comboRefFreq->addItems({QStringLiteral("100"), QStringLiteral("125"),
+                                    QStringLiteral("156.25"), QStringLiteral("250")});
+    m_form->comboRxRate->addItems({QStringLiteral("1.25"), QStringLiteral("2.5"),
+                                   QStringLiteral("3.125"), QStringLiteral("5")});
 
     fillCombo(m_form->comboPll, Bcdr::Options::plls());
     fillCombo(m_form->comboEncoding, Bcdr::Options::encodings());
@@ -119,9 +120,14 @@ BcdrDlg::BcdrDlg(const QString &helpFile, QWidget *parent)
     select(m_form->comboOvsRatio, defaults.ovsRatio);
     updateComma();
 
+    connect(m_form->listLanes, &QListWidget::itemChanged, this, [this] {
+        proposeClock();
+        // While a stored map is shown, proposals wait; the ports do not.
+        updatePins();
+    });
     connect(m_form->comboPll, qOverload<int>(&QComboBox::currentIndexChanged), this,
             &BcdrDlg::proposeClock);
-    connect(m_form->comboRefClk, qOverload<int>(&QComboBox::currentIndexChanged), this,
+    connect(m_form->comboReference, qOverload<int>(&QComboBox::currentIndexChanged), this,
             &BcdrDlg::proposeFrequency);
     connect(m_form->comboEncoding, qOverload<int>(&QComboBox::currentIndexChanged), this, [this] {
         fillWidths();
@@ -140,67 +146,26 @@ BcdrDlg::~BcdrDlg()
 
 void BcdrDlg::dialogDidPrepare()
 {
-    fillLanes();
+    const QStringList free = IPSERDESIP::serdes::instance()->notOccupiedLanes();
     fillRefClocks();
-    if (!m_opening) {
-        // A first proposal: the first free lane, from a reference clock of
-        // its own quad.
-        m_form->editRefFreq->setText(QStringLiteral("125"));
-        m_form->editRxRate->setText(QStringLiteral("1.25"));
-        for (QCheckBox *lane : qAsConst(m_lanes)) {
-            if (!lane->isEnabled())
-                continue;
-            const QString quad = lane->text().left(2);
-            const int ref = m_form->comboRefClk->findText(quad + QStringLiteral(" REFCLK0"));
-            if (ref >= 0)
-                m_form->comboRefClk->setCurrentIndex(ref);
-            const QSignalBlocker block(lane);
-            lane->setChecked(true);
-            break;
-        }
-    }
-    proposeClock();
-}
-
-void BcdrDlg::fillLanes()
-{
-    qDeleteAll(m_lanes);
-    m_lanes.clear();
-    IPSERDESIP::serdes *model = IPSERDESIP::serdes::instance();
-    const QStringList free = model->notOccupiedLanes();
-    QStringList all = free + model->occupiedLanes();
-    all.sort();
-    // One row a quad, one column a lane number.
-    QStringList quads;
-    for (const QString &label : qAsConst(all)) {
-        const QString quad = label.left(2);
-        if (!quads.contains(quad))
-            quads << quad;
-        auto *lane = new QCheckBox(label, m_form->laneGrid);
-        lane->setObjectName(QStringLiteral("lane_") + samples::laneModelName(label));
-        if (!free.contains(label)) {
-            lane->setEnabled(false);
-            lane->setToolTip(QStringLiteral("Held by another instance."));
-        }
-        m_form->laneGridLayout->addWidget(lane, quads.indexOf(quad),
-                                          samples::laneInQuad(samples::laneModelName(label)));
-        connect(lane, &QCheckBox::toggled, this, [this] {
-            proposeClock();
-            // While a stored map is shown, proposals wait; the ports do not.
-            updatePins();
-        });
-        m_lanes << lane;
-    }
     if (free.isEmpty()) {
         m_form->labelLanes->setText(
-            QStringLiteral("No lane of this device is free: other instances hold them all. "
-                           "Delete or change one of them to make room for the receiver."));
+            tr("No lane of this device is free: other instances hold them all. Delete or change "
+               "one of them to make room for the receiver."));
         setOptionsAvailable(false);
     } else {
-        m_form->labelLanes->setText(QStringLiteral(
-            "Each lane you tick receives; its transmitter stays unused and cannot be given "
-            "to another instance."));
+        m_form->labelLanes->setText(tr("Each lane you tick receives; its transmitter stays "
+                                       "unused and cannot be given to another instance."));
     }
+    // A first proposal: the first free lane, from a reference clock of its
+    // own quad.
+    samples::fillLaneList(m_form->listLanes, free, m_opening ? QStringList() : free.mid(0, 1));
+    if (!m_opening && !free.isEmpty()) {
+        m_form->comboRefFreq->setEditText(QStringLiteral("125"));
+        m_form->comboRxRate->setEditText(QStringLiteral("1.25"));
+        select(m_form->comboReference, free.first().left(2) + QStringLiteral(" REFCLK0"));
+    }
+    proposeClock();
 }
 
 void BcdrDlg::fillRefClocks()
@@ -220,10 +185,10 @@ void BcdrDlg::fillRefClocks()
         const bool padB = b.contains(QStringLiteral("REFCLK"));
         return padA != padB ? padA : a < b;
     });
-    const QSignalBlocker block(m_form->comboRefClk);
-    m_form->comboRefClk->clear();
+    const QSignalBlocker block(m_form->comboReference);
+    m_form->comboReference->clear();
     for (const QString &option : options)
-        m_form->comboRefClk->addItem(option, option);
+        m_form->comboReference->addItem(option, option);
 }
 
 void BcdrDlg::fillWidths()
@@ -244,49 +209,39 @@ void BcdrDlg::updateComma()
 
 void BcdrDlg::updatePins()
 {
-    QList<Utils::PinFigure> pins;
-    for (const Bcdr::Port &port : Bcdr::modulePorts(settings()))
-        pins << Utils::PinFigure(port.name,
-                                 port.direction == QLatin1String("input")
-                                     ? Utils::PinFigure::Input
-                                     : Utils::PinFigure::Output,
-                                 port.width);
-    uiSetFigurePins(pins);
+    const Bcdr::Settings s = settings();
+    uiSetFigurePins(
+        samples::figurePins(samples::LaneModule(s.module, s.moduleLanes(), s.dataWidth(),
+                                                s.ctrlWidth(), false, samples::Lines::ReceiverOnPll)
+                                .ports()));
 }
 
 void BcdrDlg::proposeClock()
 {
     if (m_restoring)
         return;
-    IPSERDESIP::serdes *model = IPSERDESIP::serdes::instance();
     const Bcdr::Settings s = settings();
     m_pllNote.clear();
     m_pllRef.clear();
     if (!s.lanes.isEmpty()) {
         const QString pll = s.pllOf(s.lanes.first());
-        if (model->checkPllEnable(pll)) {
-            const QMap<QString, QVariant> running = model->getMessageByPLL(pll);
-            const QString ref = running.value(QStringLiteral("Reference_Clock_Source")).toString();
-            const QString freq
-                = number(running.value(QStringLiteral("Reference_Clock_Frequency")).toDouble());
-            QVariant rate = running.value(QStringLiteral("RX_Line_Rate"));
-            if (!rate.isValid())
-                rate = running.value(QStringLiteral("TX_Line_Rate"));
+        double rate = 0.0;
+        const samples::PllOffer running = samples::pllState(pll, &rate);
+        if (!running.reference.isEmpty()) {
+            const QString freq = samples::numberText(running.refFreq);
             {
-                const QSignalBlocker block(m_form->comboRefClk);
-                select(m_form->comboRefClk, ref);
+                const QSignalBlocker block(m_form->comboReference);
+                select(m_form->comboReference, running.reference);
             }
-            m_form->editRefFreq->setText(freq);
-            if (rate.isValid())
-                m_form->editRxRate->setText(number(rate.toDouble()));
-            m_pllRef = ref;
-            m_pllNote = QStringLiteral("%1 already runs from %2 at %3 MHz%4 for another instance: "
-                                       "its settings are proposed, since lanes can share it only "
-                                       "as it runs.")
-                            .arg(capitalised(pllWords(pll)), ref, freq,
-                                 rate.isValid()
-                                     ? QStringLiteral(" and %1 Gbps").arg(number(rate.toDouble()))
-                                     : QString());
+            m_form->comboRefFreq->setEditText(freq);
+            if (rate != 0.0)
+                m_form->comboRxRate->setEditText(samples::numberText(rate));
+            m_pllRef = running.reference;
+            m_pllNote = tr("%1 already runs from %2 at %3 MHz%4 for another instance: its "
+                           "settings are proposed, since lanes can share it only as it runs.")
+                            .arg(capitalised(samples::pllText(pll)), running.reference, freq,
+                                 rate != 0.0 ? tr(" and %1 Gbps").arg(samples::numberText(rate))
+                                             : QString());
         }
     }
     proposeFrequency();
@@ -296,15 +251,15 @@ void BcdrDlg::proposeFrequency()
 {
     if (m_restoring)
         return;
-    const QString ref = value(m_form->comboRefClk);
+    const QString ref = value(m_form->comboReference);
     const double held = IPSERDESIP::serdes::instance()->getFreqByRefsrc(ref);
     QString refNote;
     // A running PLL's proposal has named the frequency of its own reference.
     if (held != 0.0 && ref != m_pllRef) {
-        m_form->editRefFreq->setText(number(held));
-        refNote = QStringLiteral("%1 already runs at %2 MHz for another instance, and a "
-                                 "reference clock input has one frequency.")
-                      .arg(ref, number(held));
+        m_form->comboRefFreq->setEditText(samples::numberText(held));
+        refNote = tr("%1 already runs at %2 MHz for another instance, and a reference clock "
+                     "input has one frequency.")
+                      .arg(ref, samples::numberText(held));
     }
     QStringList notes{m_pllNote, refNote};
     notes.removeAll(QString());
@@ -322,20 +277,18 @@ Bcdr::Settings BcdrDlg::settings() const
     s.module = moduleName();
     s.device = m_device.id;
     s.dir = createPath();
-    for (const QCheckBox *lane : m_lanes) {
-        if (lane->isEnabled() && lane->isChecked())
-            s.lanes << samples::laneModelName(lane->text());
-    }
+    for (const QString &label : samples::checkedLanes(m_form->listLanes))
+        s.lanes << samples::laneModelName(label);
     s.lanes.sort();
     s.pll = value(m_form->comboPll);
-    s.ref = value(m_form->comboRefClk);
+    s.ref = value(m_form->comboReference);
     // Text that is no number stays as typed, for check() to name it.
     const auto numberText = [](const QString &text) {
         const QString normal = Bcdr::normalNumber(text);
         return normal.isNull() ? text : normal;
     };
-    s.refFreq = numberText(m_form->editRefFreq->text());
-    s.rxRate = numberText(m_form->editRxRate->text());
+    s.refFreq = numberText(m_form->comboRefFreq->currentText());
+    s.rxRate = numberText(m_form->comboRxRate->currentText());
     s.encoding = value(m_form->comboEncoding);
     s.width = value(m_form->comboWidth);
     s.wordAlign = m_form->checkWordAlign->isChecked();
@@ -356,25 +309,15 @@ QMap<QString, QVariant> BcdrDlg::args() const
 bool BcdrDlg::restoreArgs(const QMap<QString, QVariant> &args)
 {
     const Bcdr::Settings s = Bcdr::Settings::fromMap(args);
-    if (s.lanes.isEmpty())
-        return false;
+    const QStringList free = IPSERDESIP::serdes::instance()->notOccupiedLanes();
     m_restoring = true;
-    bool shown = true;
-    for (QCheckBox *lane : qAsConst(m_lanes)) {
-        const bool stored = s.lanes.contains(samples::laneModelName(lane->text()));
-        // A lane that another instance took meanwhile cannot be shown.
-        if (stored && !lane->isEnabled())
-            shown = false;
-        lane->setChecked(stored && lane->isEnabled());
-    }
-    for (const QString &lane : s.lanes) {
-        if (!findChild<QCheckBox *>(QStringLiteral("lane_") + lane))
-            shown = false;
-    }
+    // A lane that another instance took meanwhile cannot be shown.
+    bool shown = samples::lanesStillFree(laneLabels(s.lanes), free);
+    samples::fillLaneList(m_form->listLanes, free, laneLabels(s.lanes));
     shown = select(m_form->comboPll, s.pll) && shown;
-    shown = select(m_form->comboRefClk, s.ref) && shown;
-    m_form->editRefFreq->setText(s.refFreq);
-    m_form->editRxRate->setText(s.rxRate);
+    shown = select(m_form->comboReference, s.ref) && shown;
+    m_form->comboRefFreq->setEditText(s.refFreq);
+    m_form->comboRxRate->setEditText(s.rxRate);
     shown = select(m_form->comboEncoding, s.encoding) && shown;
     shown = select(m_form->comboWidth, s.width) && shown;
     m_form->checkWordAlign->setChecked(s.wordAlign);
@@ -390,113 +333,9 @@ bool BcdrDlg::restoreArgs(const QMap<QString, QVariant> &args)
     return shown;
 }
 
-void BcdrDlg::refuse(const QString &text)
-{
-    QMessageBox::critical(this, QStringLiteral("Error"), text);
-}
-
 bool BcdrDlg::confirm()
 {
     const Bcdr::Settings s = settings();
-    const QStringList errors = s.check();
-    if (!errors.isEmpty()) {
-        refuse(errors.join(QLatin1Char('\n')));
-        return false;
-    }
-    // An instance being edited is out of the model while its dialog runs, so
-    // its own names are free here.
-    const IPSERDESIP::serdes *model = IPSERDESIP::serdes::instance();
-    if (model->moduleNames.contains(s.module)) {
-        refuse(
-            QStringLiteral("Another instance already has the module name \"%1\".").arg(s.module));
-        return false;
-    }
-    if (model->fileNames.contains(s.file)) {
-        refuse(QStringLiteral("Another instance already has the file name \"%1\".").arg(s.file));
-        return false;
-    }
-    return checkRunning(s) && proveRoutes(s) && checkModuleName();
-}
-
-bool BcdrDlg::checkRunning(const Bcdr::Settings &s)
-{
-    IPSERDESIP::serdes *model = IPSERDESIP::serdes::instance();
-    const double freq = s.refFreq.toDouble();
-    const double held = model->getFreqByRefsrc(s.ref);
-    if (held != 0.0 && held != freq) {
-        refuse(QStringLiteral("%1 already runs at %2 MHz for another instance, and a reference "
-                              "clock input has one frequency. Use %2 MHz, or another reference "
-                              "clock.")
-                   .arg(s.ref, number(held)));
-        return false;
-    }
-    const QString otherPll = s.pll == QLatin1String("QPLL0")
-                                 ? QStringLiteral("the lanes' own CPLLs")
-                                 : QStringLiteral("QPLL0");
-    QStringList seen;
-    for (const QString &lane : s.lanes) {
-        const QString pll = s.pllOf(lane);
-        if (seen.contains(pll) || !model->checkPllEnable(pll))
-            continue;
-        seen << pll;
-        const QMap<QString, QVariant> running = model->getMessageByPLL(pll);
-        const QString ref = running.value(QStringLiteral("Reference_Clock_Source")).toString();
-        if (ref != s.ref) {
-            refuse(QStringLiteral("%1 already runs from %2 for another instance. Use %2, or %3.")
-                       .arg(capitalised(pllWords(pll)), ref, otherPll));
-            return false;
-        }
-        QVariant rate = running.value(QStringLiteral("RX_Line_Rate"));
-        if (!rate.isValid())
-            rate = running.value(QStringLiteral("TX_Line_Rate"));
-        if (rate.isValid() && rate.toDouble() != s.rxRate.toDouble()) {
-            refuse(QStringLiteral("%1 already runs at %2 Gbps for another instance. Use %2 Gbps, "
-                                  "or %3.")
-                       .arg(capitalised(pllWords(pll)), number(rate.toDouble()), otherPll));
-            return false;
-        }
-    }
-    return true;
-}
-
-bool BcdrDlg::proveRoutes(const Bcdr::Settings &s)
-{
-    IPSERDESIP::serdes *model = IPSERDESIP::serdes::instance();
-    QStringList lines;
-    QStringList plls;
-    QStringList refs;
-    QStringList freqs;
-    for (const QString &lane : s.lanes) {
-        lines << lane + QStringLiteral("_RX");
-        plls << s.pllOf(lane);
-        refs << s.refName();
-        freqs << s.refFreq;
-    }
-    const bool routed = model->checkRouteForRxConnectPll(lines, plls, refs, freqs);
-
-    // Give the dry run back. Free lines have no route, so a line with one now
-    // was routed by it; the first line without one is where the search
-    // stopped, after it had taken the line but no mux. That line is freed
-    // alone, since resetting its PLL could release what another instance
-    // holds.
-    const QMap<QString, QStringList> routes = model->allAccess();
-    int refused = -1;
-    for (int i = 0; i < lines.size(); ++i) {
-        if (!routes.contains(lines.at(i))) {
-            refused = i;
-            break;
-        }
-        model->resetLane(lines.at(i), false);
-    }
-    if (routed)
-        return true;
-    if (refused < 0)
-        refused = 0;
-    else if (IPSERDESIP::LANE *lane = model->FormStringToLanePtr(lines.at(refused)))
-        lane->rx->reset();
-    refuse(QStringLiteral("%1 cannot be clocked by %2 from %3: every clock path from that input "
-                          "to the PLL is held by another instance for another reference clock. "
-                          "Choose another reference clock or PLL.")
-               .arg(samples::laneLabel(s.lanes.at(refused)), pllWords(plls.at(refused)), s.ref));
-    return false;
+    return samples::confirmLanes(this, tr("BCDR"), s.check(), s.rows(),
+                                 samples::Lines::ReceiverOnPll);
 }

@@ -5,8 +5,6 @@
 #include "bcdroptions.h"
 #include "bcdrsettings.h"
 
-class QCheckBox;
-
 namespace Ui {
 class BcdrOptions;
 }
@@ -15,7 +13,7 @@ class BcdrOptions;
 // the lanes and their clock and a page with the RX settings. It offers what
 // the model says is free, proposes the settings of a PLL or reference clock
 // that another instance already runs, and closes only on a selection that
-// the model can place: it routes it for a moment and gives it back.
+// the model can place: it places it for a moment and gives it back.
 class BcdrDlg : public samples::SampleDlg
 {
     Q_OBJECT
@@ -37,7 +35,6 @@ protected:
 
 private:
     Bcdr::Settings settings() const;
-    void fillLanes();
     void fillRefClocks();
     void fillWidths();
     // On a change of lanes or PLL: the settings of a PLL that already runs.
@@ -47,18 +44,7 @@ private:
     void updateComma();
     void updatePins();
 
-    // The model's refusals that the route search does not see: a reference
-    // input at another frequency, a running PLL with another reference or
-    // rate.
-    bool checkRunning(const Bcdr::Settings &settings);
-    // Routes the selection as the model will, gives it back, and says why
-    // not where it cannot.
-    bool proveRoutes(const Bcdr::Settings &settings);
-    void refuse(const QString &text);
-
     Ui::BcdrOptions *m_form;
-    // One box a lane of the device; those other instances hold are disabled.
-    QList<QCheckBox *> m_lanes;
     QWidget *m_holder;
     // While a stored map is shown, no proposal overwrites it.
     bool m_restoring = false;

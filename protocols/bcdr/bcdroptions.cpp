@@ -1,26 +1,45 @@
 // SPDX-License-Identifier: MIT
 #include "bcdroptions.h"
 
+#include "../common/fields.h"
+
+#include <QCoreApplication>
+
 namespace Bcdr {
 namespace Options {
 
+namespace {
+
+struct Words
+{
+    Q_DECLARE_TR_FUNCTIONS(Bcdr::Options)
+};
+
+// A choice shown in the words all the sample dialogs use for its value.
+Choice shown(const char *value)
+{
+    const QString text = QLatin1String(value);
+    return {text, samples::valueText(text)};
+}
+
+} // namespace
+
 QList<Choice> plls()
 {
-    return {{QStringLiteral("CPLL"), QStringLiteral("CPLL (each lane's own)")},
-            {QStringLiteral("QPLL0"), QStringLiteral("QPLL0 (shared by the quad)")}};
+    return {{QStringLiteral("CPLL"), Words::tr("CPLL (each lane's own)")},
+            {QStringLiteral("QPLL0"), Words::tr("QPLL0 (shared by the quad)")}};
 }
 
 QList<Choice> encodings()
 {
-    return {{QStringLiteral("8b10b"), QStringLiteral("8B/10B")},
-            {QStringLiteral("none"), QStringLiteral("None (raw bits)")}};
+    return {shown("8b10b"), shown("none")};
 }
 
 QList<Choice> widths(const QString &encoding)
 {
     if (encoding == QLatin1String("8b10b"))
-        return {{QStringLiteral("20"), QStringLiteral("20 (16 data bits, 2 K flags)")},
-                {QStringLiteral("10"), QStringLiteral("10 (8 data bits, 1 K flag)")}};
+        return {{QStringLiteral("20"), Words::tr("20 (16 data bits, 2 K flags)")},
+                {QStringLiteral("10"), Words::tr("10 (8 data bits, 1 K flag)")}};
     return {{QStringLiteral("20"), QStringLiteral("20")},
             {QStringLiteral("16"), QStringLiteral("16")},
             {QStringLiteral("10"), QStringLiteral("10")},
@@ -29,9 +48,7 @@ QList<Choice> widths(const QString &encoding)
 
 QList<Choice> commas()
 {
-    return {{QStringLiteral("k28.5"), QStringLiteral("K28.5")},
-            {QStringLiteral("k28.1"), QStringLiteral("K28.1")},
-            {QStringLiteral("k28.7"), QStringLiteral("K28.7")}};
+    return {shown("k28.5"), shown("k28.1"), shown("k28.7")};
 }
 
 QList<Choice> couplings()
@@ -45,15 +62,15 @@ QList<Choice> sdThresholds()
     QList<Choice> choices;
     for (int mv = 50; mv <= 200; mv += 25) {
         const QString value = QStringLiteral("%1mV").arg(mv);
-        choices.append({value, QStringLiteral("%1 mV").arg(mv)});
+        choices.append({value, Words::tr("%1 mV").arg(mv)});
     }
     return choices;
 }
 
 QList<Choice> ovsModes()
 {
-    return {{QStringLiteral("buildin"), QStringLiteral("In the transceiver")},
-            {QStringLiteral("fabric"), QStringLiteral("In the fabric")}};
+    return {{QStringLiteral("buildin"), Words::tr("In the transceiver")},
+            {QStringLiteral("fabric"), Words::tr("In the fabric")}};
 }
 
 QList<Choice> ovsRatios()

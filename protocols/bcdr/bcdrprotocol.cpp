@@ -2,17 +2,15 @@
 #include "bcdrprotocol.h"
 
 #include "bcdrdlg.h"
-#include "bcdrmodule.h"
 #include "bcdrparameters.h"
 #include "bcdrsettings.h"
 
 #include "../common/devicetier.h"
+#include "../common/lanemodule.h"
+#include "../common/laneplacement.h"
 #include "../common/samplepackage.h"
 
-#include <ipcore/ipcorefile.h>
 #include <protocol/message.h>
-
-#include <QDir>
 
 IPSERDESIP::BaseProtocol *samples::makeProtocol(const QString &path)
 {
@@ -39,7 +37,9 @@ QMap<QString, QVariant> BcdrProtocol::edit(const QMap<QString, QVariant> &args)
 
 IPSERDESIP::Message *BcdrProtocol::createMessage(const QMap<QString, QVariant> &args)
 {
-    return Bcdr::Settings::fromMap(args).message(name());
+    const Bcdr::Settings s = Bcdr::Settings::fromMap(args);
+    return samples::makeMessage(name(), s.name, s.file, s.module, s.rows(),
+                                samples::Lines::ReceiverOnPll);
 }
 
 bool BcdrProtocol::generate(const QMap<QString, QVariant> &args, QStringList &iniLines,
@@ -47,32 +47,34 @@ bool BcdrProtocol::generate(const QMap<QString, QVariant> &args, QStringList &in
                             bool fullRun)
 {
     Q_UNUSED(csrLines)
-    const Bcdr::Settings settings = Bcdr::Settings::fromMap(args);
-    const QStringList errors = settings.check();
-    if (!errors.isEmpty()) {
-        qCritical("BCDR instance \"%s\" cannot be generated: %s", qPrintable(settings.name),
-                  qPrintable(errors.join(QLatin1Char(' '))));
+    const Bcdr::Settings s = Bcdr::Settings::fromMap(args);
+    if (!samples::reportProblems(name(), s.name, s.check()))
         return false;
-    }
-    iniLines << Bcdr::parameterLines(settings, samples::tierOfInstance(args, device));
+    iniLines << Bcdr::parameterLines(s, samples::tierOfInstance(args, device));
     if (!fullRun)
         return true;
 
-    // In a folder named after the instance's file, as the dialog frame shows
-    // it on opening.
-    const QString dir = samples::instanceDirectory(args);
-    if (dir.isEmpty() || !IPCore::makeDirs(dir, QString())) {
-        qCritical("BCDR instance \"%s\": no directory \"%s\" for its file.",
-                  qPrintable(settings.name), qPrintable(QDir::toNativeSeparators(dir)));
-        return false;
-    }
-    const QString file = QDir(dir).absoluteFilePath(settings.file + QStringLiteral(".v"));
-    // generateFile tells the user itself when it cannot write.
-    if (!IPCore::generateFile(file, Bcdr::moduleText(settings), nullptr, QString()))
-        return false;
-    outputFile = file;
-    modArgs << Bcdr::moduleGeneratorLines(settings);
-    return true;
+    const samples::LaneModule module(s.module, s.moduleLanes(), s.dataWidth(), s.ctrlWidth(), false,
+                                     samples::Lines::ReceiverOnPll);
+    QStringList labels;
+    for (const QString &lane : s.lanes)
+        labels << samples::laneLabel(lane);
+    const QStringList about{
+        QStringLiteral("Burst-mode CDR receiver \"%1\", written by the BCDR protocol of the "
+                       "SerDes IP core.")
+            .arg(s.module),
+        QStringLiteral("Lanes %1, RX only, each line clocked by %2 from %3 at %4 MHz;")
+            .arg(labels.join(QStringLiteral(", ")),
+                 s.pll == QLatin1String("QPLL0") ? QStringLiteral("its quad's QPLL0")
+                                                 : QStringLiteral("its own CPLL"),
+                 s.ref, s.refFreq),
+        QStringLiteral("%1 Gbps, %2-times oversampled, %3-bit PMA, %4.")
+            .arg(s.rxRate, s.ovsRatio.chopped(1), s.width,
+                 s.ctrlWidth() > 0 ? QStringLiteral("8B/10B decoded")
+                                   : QStringLiteral("no decoding")),
+        QStringLiteral("The clock network and the lanes' settings are set by the register file, "
+                       "not here.")};
+    return samples::writeInstanceModule(module, about, args, s.file, outputFile, modArgs);
 }
 
 bool BcdrProtocol::validate(const QMap<QString, QVariant> &args, QStringList &errors) const

@@ -6,7 +6,6 @@
 #include "../common/devicetier.h"
 
 #include <model/serdesip_common.h>
-#include <protocol/message.h>
 
 #include <QRegularExpression>
 
@@ -44,7 +43,7 @@ void checkChoice(QStringList &errors, const QString &value, const QList<Choice> 
                  const QString &what)
 {
     if (!Options::values(choices).contains(value))
-        errors << QStringLiteral("\"%1\" is no %2 this receiver offers.").arg(value, what);
+        errors << Settings::tr("\"%1\" is no %2 this receiver offers.").arg(value, what);
 }
 
 } // namespace
@@ -107,37 +106,35 @@ QStringList Settings::check() const
 {
     QStringList errors;
     if (module.isEmpty())
-        errors << QStringLiteral("The module name is empty.");
+        errors << tr("The module name is empty.");
     if (file.isEmpty())
-        errors << QStringLiteral("The file name is empty.");
+        errors << tr("The file name is empty.");
     if (lanes.isEmpty())
-        errors << QStringLiteral("Select at least one lane to receive on.");
+        errors << tr("Select at least one lane to receive on.");
     for (const QString &lane : lanes) {
         if (!isLane(lane))
-            errors << QStringLiteral("\"%1\" is no lane.").arg(lane);
+            errors << tr("\"%1\" is no lane.").arg(lane);
     }
-    checkChoice(errors, pll, Options::plls(), QStringLiteral("PLL"));
+    checkChoice(errors, pll, Options::plls(), tr("PLL"));
     if (ref.isEmpty())
-        errors << QStringLiteral("Choose a reference clock.");
+        errors << tr("Choose a reference clock.");
     else if (refName().isEmpty())
-        errors << QStringLiteral("\"%1\" is no reference clock input.").arg(ref);
+        errors << tr("\"%1\" is no reference clock input.").arg(ref);
     if (!inRange(refFreq, Options::MIN_REF_FREQ, Options::MAX_REF_FREQ))
-        errors << QStringLiteral("The reference frequency must be a number from %1 to %2 MHz.")
+        errors << tr("The reference frequency must be a number from %1 to %2 MHz.")
                       .arg(Options::MIN_REF_FREQ)
                       .arg(Options::MAX_REF_FREQ);
     if (!inRange(rxRate, Options::MIN_RX_RATE, Options::MAX_RX_RATE))
-        errors << QStringLiteral("The RX line rate must be a number from %1 to %2 Gbps.")
+        errors << tr("The RX line rate must be a number from %1 to %2 Gbps.")
                       .arg(Options::MIN_RX_RATE)
                       .arg(Options::MAX_RX_RATE);
-    checkChoice(errors, encoding, Options::encodings(), QStringLiteral("encoding"));
-    checkChoice(errors, width, Options::widths(encoding),
-                QStringLiteral("data width with this encoding"));
-    checkChoice(errors, comma, Options::commas(), QStringLiteral("comma"));
-    checkChoice(errors, coupling, Options::couplings(), QStringLiteral("coupling"));
-    checkChoice(errors, sdThreshold, Options::sdThresholds(),
-                QStringLiteral("signal detect threshold"));
-    checkChoice(errors, ovsMode, Options::ovsModes(), QStringLiteral("oversampling mode"));
-    checkChoice(errors, ovsRatio, Options::ovsRatios(), QStringLiteral("oversampling ratio"));
+    checkChoice(errors, encoding, Options::encodings(), tr("encoding"));
+    checkChoice(errors, width, Options::widths(encoding), tr("data width with this encoding"));
+    checkChoice(errors, comma, Options::commas(), tr("comma"));
+    checkChoice(errors, coupling, Options::couplings(), tr("coupling"));
+    checkChoice(errors, sdThreshold, Options::sdThresholds(), tr("signal detect threshold"));
+    checkChoice(errors, ovsMode, Options::ovsModes(), tr("oversampling mode"));
+    checkChoice(errors, ovsRatio, Options::ovsRatios(), tr("oversampling ratio"));
     return errors;
 }
 
@@ -151,24 +148,27 @@ QString Settings::refName() const
     return IPSERDESIP::refsrcOptTransforSerdesName(ref);
 }
 
-IPSERDESIP::Message *Settings::message(const QString &type) const
+QList<samples::LaneRow> Settings::rows() const
 {
-    auto *msg = new IPSERDESIP::Message;
-    msg->type = type;
-    msg->name = name;
-    msg->file = file;
-    msg->module = module;
+    QList<samples::LaneRow> list;
     for (const QString &lane : lanes) {
-        msg->lanes << lane + QStringLiteral("_RX");
-        msg->plls << pllOf(lane);
-        msg->refs << refName();
-        msg->refFreqs << refFreq;
-        // "0": the line's own rate follows in rxRates.
-        msg->rates << QStringLiteral("0");
-        msg->rxRates << rxRate;
-        msg->txRates << QStringLiteral("0");
+        samples::LaneRow row;
+        row.lane = lane;
+        row.pll = pllOf(lane);
+        row.reference = ref;
+        row.refFreq = refFreq.toDouble();
+        row.rxRate = rxRate.toDouble();
+        list << row;
     }
-    return msg;
+    return list;
+}
+
+QList<samples::LaneModule::Lane> Settings::moduleLanes() const
+{
+    QList<samples::LaneModule::Lane> list;
+    for (const QString &lane : lanes)
+        list << samples::LaneModule::Lane{lane, pll, ref};
+    return list;
 }
 
 int Settings::dataWidth() const

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "../common/lanemodule.h"
+#include "../common/laneplacement.h"
+
+#include <QCoreApplication>
 #include <QMap>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
-
-namespace IPSERDESIP {
-class Message;
-}
 
 namespace Bcdr {
 
@@ -41,6 +41,9 @@ const char OVS_RATIO[] = "ovs_ratio";
 // (oversampling, so that a burst needs no CDR lock), and their RX settings.
 struct Settings
 {
+    Q_DECLARE_TR_FUNCTIONS(Bcdr::Settings)
+
+public:
     QString name;
     QString file;
     QString module;
@@ -72,8 +75,10 @@ struct Settings
     QString pllOf(const QString &lane) const;
     // The model's name of the reference input; null when `ref` names none.
     QString refName() const;
-    // One RX row per lane, of type `type`; the caller owns it.
-    IPSERDESIP::Message *message(const QString &type) const;
+    // A row per lane whose receiver the PLL clocks (samples::Lines::ReceiverOnPll),
+    // and the lanes of its module.
+    QList<samples::LaneRow> rows() const;
+    QList<samples::LaneModule::Lane> moduleLanes() const;
 
     // Bits per lane on the fabric side, and K flags per lane (0 without
     // 8B/10B).

@@ -66,7 +66,7 @@ bool lanesStillFree(const QStringList &lanes, const QStringList &free)
 }
 
 bool confirmLanes(IPSERDESIP::protocolGenDlg *dialog, const QString &title,
-                  const QStringList &problems, const QList<LaneRow> &rows)
+                  const QStringList &problems, const QList<LaneRow> &rows, Lines lines)
 {
     if (!dialog->checkModuleName())
         return false;
@@ -77,16 +77,16 @@ bool confirmLanes(IPSERDESIP::protocolGenDlg *dialog, const QString &title,
     const QString file = dialog->fileName();
     QStringList found;
     if (model->moduleNames.contains(module))
-        found << QStringLiteral("Another instance is named \"%1\".").arg(module);
+        found << SampleDlg::tr("Another instance is named \"%1\".").arg(module);
     if (model->fileNames.contains(file))
-        found << QStringLiteral("Another instance writes the file \"%1\".").arg(file);
+        found << SampleDlg::tr("Another instance writes the file \"%1\".").arg(file);
     found << problems;
     if (!found.isEmpty()) {
         QMessageBox::warning(dialog, title, found.join(QLatin1Char('\n')));
         return false;
     }
     QString why;
-    if (!provePlacement(rows, why)) {
+    if (!provePlacement(rows, why, lines)) {
         QMessageBox::warning(dialog, title, why);
         return false;
     }

@@ -39,6 +39,7 @@ bool lanesStillFree(const QStringList &lanes, const QStringList &free);
 // problems, and a placement the model accepts. A refusal is shown under
 // `title`, and false keeps the dialog open.
 bool confirmLanes(IPSERDESIP::protocolGenDlg *dialog, const QString &title,
-                  const QStringList &problems, const QList<LaneRow> &rows);
+                  const QStringList &problems, const QList<LaneRow> &rows,
+                  Lines lines = Lines::Both);
 
 } // namespace samples

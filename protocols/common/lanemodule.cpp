@@ -3,10 +3,13 @@
 
 #include "devicetier.h"
 
+#include <model/serdesip_common.h>
+
 #include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QTextStream>
 
 namespace samples {
@@ -34,16 +37,82 @@ QString laneSlice(const QString &bus, int lane, int width, int full)
     return QStringLiteral("{%1'd0, %2}").arg(full - width).arg(slice);
 }
 
+// Bit `i` of a port `width` bits wide; a port of one bit has no index.
+QString bit(const QString &port, int i, int width)
+{
+    return width == 1 ? port : QStringLiteral("%1[%2]").arg(port).arg(i);
+}
+
+// The `size` bits of a port `width` bits wide from bit `low` on.
+QString part(const QString &port, int low, int size, int width)
+{
+    return width == 1 ? port : QStringLiteral("%1[%2 +: %3]").arg(port).arg(low).arg(size);
+}
+
+// Where a receiver's reference clock enters.
+enum class RefEntry {
+    QuadPins,  // REFCLK0 or REFCLK1: a pin pair of its quad's SERDES_QUAD
+    OtherPins, // a pin pair the quad primitive has no pins for: DIFFIN, then the lanes
+    Fabric,    // a clock from the fabric (REFIN, GPIO, MCLK): straight to the lanes
+};
+
+RefEntry refEntry(const QString &option)
+{
+    static const QRegularExpression quadPins(QStringLiteral("^Q[01]_REFCLK[01]$"));
+    const QString name = IPSERDESIP::refsrcOptTransforSerdesName(option);
+    if (quadPins.match(name).hasMatch())
+        return RefEntry::QuadPins;
+    return name.contains(QLatin1String("REFCLK")) ? RefEntry::OtherPins : RefEntry::Fabric;
+}
+
+// The device's lane number, 0 to 7: the lanes of quad 1 follow those of
+// quad 0.
+int deviceLane(const QString &lane)
+{
+    return quadOfLane(lane).mid(1).toInt() * 4 + laneInQuad(lane);
+}
+
+// The lock output of the PLL a lane runs from.
+QString pllLock(const LaneModule::Lane &lane)
+{
+    if (lane.pll == QLatin1String("CPLL"))
+        return QString(laneParameterPrefix(lane.lane) + QStringLiteral("_cpll_lock"));
+    return QStringLiteral("%1_%2_lock").arg(quadOfLane(lane.lane).toLower(), lane.pll.toLower());
+}
+
+// The connections of a quad's Upar register port, which no module of an
+// instance drives: the port belongs to the Upar arbiter, which the user
+// instantiates from its own template, and the quad is one primitive however
+// many instances' modules name it. Every input therefore stays at its idle
+// level, the reset (active high, as the arbiter's) included: a held reset
+// would keep the quad's port, and with it the arbiter of an instance on the
+// same quad, from ever completing an access.
+QStringList uparTieOff()
+{
+    return {QStringLiteral("        .UPAR_CLK(1'b0), .UPAR_RST(1'b0), .UPAR_WR(1'b0), "
+                           ".UPAR_RD(1'b0),"),
+            QStringLiteral("        .UPAR_ADDR(%1'd0), .UPAR_WDATA(%2'd0), .UPAR_RDATA(), "
+                           ".UPAR_READY()")
+                .arg(UPAR_ADDR_BITS)
+                .arg(UPAR_DATA_BITS)};
+}
+
 } // namespace
 
 LaneModule::LaneModule(const QString &module, const QList<Lane> &lanes, int dataWidth,
-                       int ctrlWidth, bool drp)
+                       int ctrlWidth, bool drp, Lines lines)
     : m_module(module)
     , m_lanes(lanes)
     , m_dataWidth(dataWidth)
     , m_ctrlWidth(ctrlWidth)
     , m_drp(drp)
+    , m_lines(lines)
 {}
+
+bool LaneModule::receiverOnly() const
+{
+    return m_lines == Lines::ReceiverOnPll;
+}
 
 QStringList LaneModule::references() const
 {
@@ -62,7 +131,9 @@ QStringList LaneModule::quads() const
     for (const Lane &lane : m_lanes)
         found << quadOfLane(lane.lane);
     for (const QString &ref : references()) {
-        if (!isFabricReference(ref))
+        // A receiver takes a reference at its quad's primitive only where
+        // that primitive has pins for it.
+        if (receiverOnly() ? refEntry(ref) == RefEntry::QuadPins : !isFabricReference(ref))
             found << ref.left(2);
     }
     found.removeDuplicates();
@@ -71,6 +142,32 @@ QStringList LaneModule::quads() const
 }
 
 QList<Port> LaneModule::ports() const
+{
+    return receiverOnly() ? receiverPorts() : transceiverPorts();
+}
+
+// One reference clock for all lanes, one reset for all receivers.
+QList<Port> LaneModule::receiverPorts() const
+{
+    const int n = m_lanes.size();
+    const QString in = QStringLiteral("input");
+    const QString out = QStringLiteral("output");
+    QList<Port> ports;
+    if (refEntry(m_lanes.value(0).reference) == RefEntry::Fabric)
+        ports << Port{in, 1, QStringLiteral("refclk")};
+    else
+        ports << Port{in, 1, QStringLiteral("refclk_p")} << Port{in, 1, QStringLiteral("refclk_n")};
+    ports << Port{in, n, QStringLiteral("rxp")} << Port{in, n, QStringLiteral("rxn")}
+          << Port{in, 1, QStringLiteral("rx_reset")} << Port{in, n, QStringLiteral("rx_usrclk")}
+          << Port{out, n, QStringLiteral("rx_outclk")}
+          << Port{out, n * m_dataWidth, QStringLiteral("rx_data")};
+    if (m_ctrlWidth > 0)
+        ports << Port{out, n * m_ctrlWidth, QStringLiteral("rx_ctrl")};
+    ports << Port{out, n, QStringLiteral("rx_ready")} << Port{out, n, QStringLiteral("pll_lock")};
+    return ports;
+}
+
+QList<Port> LaneModule::transceiverPorts() const
 {
     QList<Port> ports;
     for (const QString &ref : references()) {
@@ -141,16 +238,27 @@ QString LaneModule::verilog(const QStringList &description) const
     v << QStringLiteral("module %1 (").arg(m_module);
     for (int i = 0; i < all.size(); ++i) {
         const Port &port = all.at(i);
-        // Lane buses stay vectors at one lane too, so that [0] selects a bit.
-        const bool bus = port.width > 1 || port.name.startsWith(QLatin1String("tx_"))
-                         || port.name.startsWith(QLatin1String("rx_"))
-                         || port.name == QLatin1String("pll_lock");
+        // A transceiver's lane buses stay vectors at one lane too, so that [0]
+        // selects a bit; a receiver's ports of one bit are wired without one.
+        const bool bus = port.width > 1
+                         || (!receiverOnly()
+                             && (port.name.startsWith(QLatin1String("tx_"))
+                                 || port.name.startsWith(QLatin1String("rx_"))
+                                 || port.name == QLatin1String("pll_lock")));
         v << QStringLiteral("    %1 wire %2%3%4")
-                 .arg(port.direction, bus ? range(port.width) : QString(), port.name,
+                 .arg(receiverOnly() ? port.direction.leftJustified(6) : port.direction,
+                      bus ? range(port.width) : QString(), port.name,
                       i + 1 < all.size() ? QStringLiteral(",") : QString());
     }
     v << QStringLiteral(");") << QString();
+    v << (receiverOnly() ? receiverBody() : transceiverBody());
+    v << QStringLiteral("endmodule") << QString();
+    return v.join(QLatin1Char('\n'));
+}
 
+QStringList LaneModule::transceiverBody() const
+{
+    QStringList v;
     const QStringList refs = references();
     // Reference clocks as the lanes' own PLLs take them: a pin pair through
     // its input buffer, a fabric clock as it comes.
@@ -187,13 +295,7 @@ QString LaneModule::verilog(const QStringList &description) const
           << QStringLiteral("        .QPLL0_LOCK(%1_qpll0_lock), .QPLL1_LOCK(%1_qpll1_lock), "
                             ".QPLL_CLK(%1_qpll_clk),")
                  .arg(q)
-          << QStringLiteral("        .UPAR_CLK(1'b0), .UPAR_RST(1'b0), .UPAR_WR(1'b0), "
-                            ".UPAR_RD(1'b0),")
-          << QStringLiteral("        .UPAR_ADDR(%1'd0), .UPAR_WDATA(%2'd0), .UPAR_RDATA(), "
-                            ".UPAR_READY()")
-                 .arg(UPAR_ADDR_BITS)
-                 .arg(UPAR_DATA_BITS)
-          << QStringLiteral("    );") << QString();
+          << uparTieOff() << QStringLiteral("    );") << QString();
     }
 
     for (int i = 0; i < m_lanes.size(); ++i) {
@@ -204,13 +306,13 @@ QString LaneModule::verilog(const QStringList &description) const
             = isFabricReference(lane.reference)
                   ? referencePortName(lane.reference)
                   : QString(referencePortName(lane.reference) + QStringLiteral("_clk"));
-        // Lanes are numbered over the device, four to a quad.
-        const int number = quadOfLane(lane.lane).right(1).toInt() * 4 + laneInQuad(lane.lane);
         v << QStringLiteral("    // %1, %2").arg(laneLabel(lane.lane), lane.pll)
           << QStringLiteral("    wire %1_cpll_lock;").arg(name)
           << QStringLiteral("    wire %1%2_rx_data;").arg(range(LANE_DATA_BITS), name)
           << QStringLiteral("    wire %1%2_rx_ctrl;").arg(range(LANE_CTRL_BITS), name)
-          << QStringLiteral("    SERDES_LANE #(.LANE(%1)) u_%2 (").arg(number).arg(name)
+          << QStringLiteral("    SERDES_LANE #(.LANE(%1)) u_%2 (")
+                 .arg(deviceLane(lane.lane))
+                 .arg(name)
           << QStringLiteral("        .TXP(tx_p[%1]), .TXN(tx_n[%1]), .RXP(rx_p[%1]), "
                             ".RXN(rx_n[%1]),")
                  .arg(i)
@@ -242,12 +344,7 @@ QString LaneModule::verilog(const QStringList &description) const
                      .arg(name)
                      .arg(m_ctrlWidth - 1);
         }
-        v << QStringLiteral("    assign pll_lock[%1] = %2;")
-                 .arg(i)
-                 .arg(lane.pll == QLatin1String("CPLL")
-                          ? QString(name + QStringLiteral("_cpll_lock"))
-                          : QStringLiteral("%1_%2_lock").arg(q, lane.pll.toLower()))
-          << QString();
+        v << QStringLiteral("    assign pll_lock[%1] = %2;").arg(i).arg(pllLock(lane)) << QString();
     }
 
     if (m_drp) {
@@ -263,8 +360,86 @@ QString LaneModule::verilog(const QStringList &description) const
           << QStringLiteral("    assign usr_drp_ready = drp_ready;")
           << QStringLiteral("    assign usr_drp_rdata = drp_rdata;") << QString();
     }
-    v << QStringLiteral("endmodule") << QString();
-    return v.join(QLatin1Char('\n'));
+    return v;
+}
+
+QStringList LaneModule::receiverBody() const
+{
+    QStringList v;
+    const QString ref = m_lanes.value(0).reference;
+    const RefEntry entry = refEntry(ref);
+    const int n = m_lanes.size();
+    QString laneRefclk = QStringLiteral("1'b0");
+    if (entry == RefEntry::OtherPins) {
+        v << QStringLiteral("    wire refclk;")
+          << QStringLiteral("    DIFFIN u_refclk_ibuf (.I(refclk_p), .IB(refclk_n), .O(refclk));")
+          << QString();
+        laneRefclk = QStringLiteral("refclk");
+    } else if (entry == RefEntry::Fabric) {
+        laneRefclk = QStringLiteral("refclk");
+    }
+
+    for (const QString &quad : quads()) {
+        const QString q = quad.toLower();
+        // The reference enters at REFCLK0 or REFCLK1 of its own quad.
+        QString pins[2] = {QStringLiteral("1'b0"), QStringLiteral("1'b0")};
+        QString pinsN[2] = {QStringLiteral("1'b0"), QStringLiteral("1'b0")};
+        if (entry == RefEntry::QuadPins && ref.left(2) == quad) {
+            pins[ref.right(1).toInt()] = QStringLiteral("refclk_p");
+            pinsN[ref.right(1).toInt()] = QStringLiteral("refclk_n");
+        }
+        v << QStringLiteral("    wire [1:0] %1_qpll_clk;").arg(q)
+          << QStringLiteral("    wire %1_qpll0_lock;").arg(q)
+          << QStringLiteral("    SERDES_QUAD #(.QUAD(%1)) u_%2 (").arg(quad.mid(1), q)
+          << QStringLiteral("        .REFCLK0_P(%1), .REFCLK0_N(%2),").arg(pins[0], pinsN[0])
+          << QStringLiteral("        .REFCLK1_P(%1), .REFCLK1_N(%2),").arg(pins[1], pinsN[1])
+          << QStringLiteral("        .QPLL0_LOCK(%1_qpll0_lock), .QPLL1_LOCK(), "
+                            ".QPLL_CLK(%1_qpll_clk),")
+                 .arg(q)
+          << QStringLiteral("        // The register port is not used: the register file sets "
+                            "the quad.")
+          << uparTieOff() << QStringLiteral("    );") << QString();
+    }
+
+    const QString rxData = QStringLiteral("rx_data");
+    const QString rxCtrl = QStringLiteral("rx_ctrl");
+    for (int i = 0; i < n; ++i) {
+        const Lane &lane = m_lanes.at(i);
+        const QString q = quadOfLane(lane.lane).toLower();
+        const QString l = laneParameterPrefix(lane.lane);
+        v << QStringLiteral("    wire [63:0] %1_rx_data;").arg(l)
+          << QStringLiteral("    wire [7:0] %1_rx_ctrl;").arg(l)
+          << QStringLiteral("    wire %1_cpll_lock;").arg(l)
+          << QStringLiteral("    SERDES_LANE #(.LANE(%1)) u_%2 (").arg(deviceLane(lane.lane)).arg(l)
+          << QStringLiteral("        .TXP(), .TXN(), .RXP(%1), .RXN(%2),")
+                 .arg(bit(QStringLiteral("rxp"), i, n), bit(QStringLiteral("rxn"), i, n))
+          << QStringLiteral(
+                 "        .QPLL_CLK(%1_qpll_clk), .REFCLK(%2), .CPLL_LOCK(%3_cpll_lock),")
+                 .arg(q, laneRefclk, l)
+          << QStringLiteral("        // Receive only: the transmitter is held in reset.")
+          << QStringLiteral("        .TX_RESET(1'b1), .RX_RESET(rx_reset), .TX_READY(), "
+                            ".RX_READY(%1),")
+                 .arg(bit(QStringLiteral("rx_ready"), i, n))
+          << QStringLiteral("        .TX_USRCLK(1'b0), .TX_DATA(64'd0), .TX_CTRL(8'd0), "
+                            ".TX_OUTCLK(),")
+          << QStringLiteral("        .RX_USRCLK(%1), .RX_DATA(%2_rx_data), .RX_CTRL(%2_rx_ctrl), "
+                            ".RX_OUTCLK(%3)")
+                 .arg(bit(QStringLiteral("rx_usrclk"), i, n), l,
+                      bit(QStringLiteral("rx_outclk"), i, n))
+          << QStringLiteral("    );")
+          << QStringLiteral("    assign %1 = %2_rx_data[%3:0];")
+                 .arg(part(rxData, i * m_dataWidth, m_dataWidth, n * m_dataWidth), l)
+                 .arg(m_dataWidth - 1);
+        if (m_ctrlWidth > 0) {
+            v << QStringLiteral("    assign %1 = %2_rx_ctrl[%3:0];")
+                     .arg(part(rxCtrl, i * m_ctrlWidth, m_ctrlWidth, n * m_ctrlWidth), l)
+                     .arg(m_ctrlWidth - 1);
+        }
+        v << QStringLiteral("    assign %1 = %2;")
+                 .arg(bit(QStringLiteral("pll_lock"), i, n), pllLock(lane))
+          << QString();
+    }
+    return v;
 }
 
 bool writeTextFile(const QString &path, const QString &text, QString &error)

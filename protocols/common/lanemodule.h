@@ -6,6 +6,8 @@
 // disagree. The module instantiates the device's transceiver primitives
 // (SERDES_QUAD per quad, SERDES_LANE per lane) as black boxes.
 
+#include "laneplacement.h"
+
 #include <QList>
 #include <QMap>
 #include <QString>
@@ -33,9 +35,11 @@ public:
 
     // `dataWidth` and `ctrlWidth` are the fabric bits per lane and clock;
     // a `ctrlWidth` of 0 gives no control ports. With `drp` the module has one
-    // requester port of the Upar arbiter.
+    // requester port of the Upar arbiter. A receiver on its PLL has the
+    // receiving ports only, from one reference clock that all its lanes share,
+    // and holds the transmitters in reset.
     LaneModule(const QString &module, const QList<Lane> &lanes, int dataWidth, int ctrlWidth,
-               bool drp);
+               bool drp, Lines lines = Lines::Both);
 
     QList<Port> ports() const;
     // "-<module>_port <direction> <width> <name>" a port.
@@ -44,14 +48,20 @@ public:
     QString verilog(const QStringList &description) const;
 
 private:
+    bool receiverOnly() const;
     QStringList references() const;
     QStringList quads() const;
+    QList<Port> transceiverPorts() const;
+    QList<Port> receiverPorts() const;
+    QStringList transceiverBody() const;
+    QStringList receiverBody() const;
 
     QString m_module;
     QList<Lane> m_lanes;
     int m_dataWidth;
     int m_ctrlWidth;
     bool m_drp;
+    Lines m_lines;
 };
 
 // Writes `text` to `path`, making its directory; false with the reason.

@@ -3,44 +3,75 @@
 
 #include "devicetier.h"
 
-#include <model/lane.h>
-#include <model/line.h>
 #include <model/serdes.h>
 #include <model/serdesip_common.h>
 #include <protocol/message.h>
 
+#include <QCoreApplication>
 #include <QMap>
 #include <QVariant>
+
+#include <memory>
 
 namespace samples {
 
 namespace {
 
-QString pllText(const QString &pllModel)
+struct Placement
 {
-    // "Q0_QPLL1" -> "QPLL1 of Q0"
-    return QStringLiteral("%1 of %2").arg(pllModel.mid(3), pllModel.left(2));
+    Q_DECLARE_TR_FUNCTIONS(Placement)
+};
+
+// The rate a row asks of its PLL: the transmitter's, or the receiver's where
+// the receiver alone hangs on it.
+double pllRate(const LaneRow &row, Lines lines)
+{
+    return lines == Lines::ReceiverOnPll ? row.rxRate : row.txRate;
 }
 
-// One line through checkRoute, as addItem will route it. A refused line has
-// had its holder count raised before the route was refused; that is taken back
-// here, since the line never got a route that resetLane could release.
-bool tryLine(const QString &line, const QString &pll, const LaneRow &row)
+// Why the placement stopped at the first line of `rows` that got no route;
+// empty when every line got one.
+QString missingRoute(const QList<LaneRow> &rows, Lines lines)
 {
-    IPSERDESIP::serdes *model = IPSERDESIP::serdes::instance();
-    QMap<QString, QString> mux;
-    if (!row.referenceMux.isEmpty())
-        mux.insert(line, row.referenceMux);
-    const QString ref = IPSERDESIP::refsrcOptTransforSerdesName(row.reference);
-    if (model->checkRoute({line}, {pll}, {ref}, {numberText(row.refFreq)}, mux))
-        return true;
-    IPSERDESIP::LANE *lane = model->FormStringToLanePtr(line);
-    if (lane)
-        (line.endsWith(QLatin1String("_TX")) ? lane->tx : lane->rx)->reset();
-    return false;
+    const QMap<QString, QStringList> routes = IPSERDESIP::serdes::instance()->allAccess();
+    for (const LaneRow &row : rows) {
+        const QString lane = laneLabel(row.lane);
+        if (lines == Lines::Both && !routes.contains(QString(row.lane + QStringLiteral("_TX")))) {
+            return Placement::tr("There is no clock route from %1 to %2 for %3: the reference "
+                                 "muxes on the way are held by other instances for other "
+                                 "references.")
+                .arg(row.reference, pllText(row.pll), lane);
+        }
+        if (routes.contains(QString(row.lane + QStringLiteral("_RX"))))
+            continue;
+        if (lines == Lines::ReceiverOnPll) {
+            return Placement::tr("There is no clock route from %1 to %2 for the receiver of %3: "
+                                 "the reference muxes on the way are held by other instances "
+                                 "for other references.")
+                .arg(row.reference, pllText(row.pll), lane);
+        }
+        if (row.referenceMux.isEmpty()) {
+            return Placement::tr("There is no clock route from %1 to the receiver of %2: the "
+                                 "reference muxes are held by other instances for other "
+                                 "references.")
+                .arg(row.reference, lane);
+        }
+        return Placement::tr("%1 cannot bring %2 to the receiver of %3; choose another mux or "
+                             "Auto.")
+            .arg(row.referenceMux, row.reference, lane);
+    }
+    return QString();
 }
 
 } // namespace
+
+QString pllText(const QString &pllModel)
+{
+    // "Q0_QPLL1" -> "QPLL1 of Q0", "Q0_CPLL2" -> "the CPLL of Q0 Lane2"
+    if (pllModel.contains(QLatin1String("CPLL")))
+        return Placement::tr("the CPLL of %1 Lane%2").arg(pllModel.left(2), pllModel.right(1));
+    return Placement::tr("%1 of %2").arg(pllModel.mid(3), pllModel.left(2));
+}
 
 LaneRow laneRow(const QString &label, const QString &pll, const QString &reference, double refFreq,
                 double txRate, double rxRate, const QString &referenceMux)
@@ -57,7 +88,7 @@ LaneRow laneRow(const QString &label, const QString &pll, const QString &referen
 }
 
 IPSERDESIP::Message *makeMessage(const QString &type, const QString &name, const QString &file,
-                                 const QString &module, const QList<LaneRow> &rows)
+                                 const QString &module, const QList<LaneRow> &rows, Lines lines)
 {
     auto *msg = new IPSERDESIP::Message;
     msg->type = type;
@@ -65,7 +96,10 @@ IPSERDESIP::Message *makeMessage(const QString &type, const QString &name, const
     msg->file = file;
     msg->module = module;
     for (const LaneRow &row : rows) {
-        msg->lanes << row.lane;
+        // A receiver on its PLL takes its lane's receiving line alone.
+        const QString lane
+            = lines == Lines::ReceiverOnPll ? QString(row.lane + QStringLiteral("_RX")) : row.lane;
+        msg->lanes << lane;
         msg->plls << row.pll;
         msg->refs << IPSERDESIP::refsrcOptTransforSerdesName(row.reference);
         msg->refFreqs << numberText(row.refFreq);
@@ -74,7 +108,7 @@ IPSERDESIP::Message *makeMessage(const QString &type, const QString &name, const
         msg->rxRates << numberText(row.rxRate);
         msg->txRates << numberText(row.txRate);
         if (!row.referenceMux.isEmpty())
-            msg->muxOptions.insert(row.lane, row.referenceMux);
+            msg->muxOptions.insert(lane, row.referenceMux);
     }
     return msg;
 }
@@ -90,6 +124,8 @@ PllOffer pllState(const QString &pllModel, double *rate)
         return state;
     state.reference = running.value(QStringLiteral("Reference_Clock_Source")).toString();
     state.refFreq = running.value(QStringLiteral("Reference_Clock_Frequency")).toDouble();
+    // A PLL runs at one rate for every line it clocks, transmitters and the
+    // receivers that hang on it alike; the transmitters' stands for it.
     *rate
         = running
               .value(QStringLiteral("TX_Line_Rate"), running.value(QStringLiteral("RX_Line_Rate")))
@@ -112,11 +148,11 @@ QList<PllOffer> runningPlls(const QString &quad, double rate)
     return offers;
 }
 
-bool provePlacement(const QList<LaneRow> &rows, QString &why)
+bool provePlacement(const QList<LaneRow> &rows, QString &why, Lines lines)
 {
     IPSERDESIP::serdes *model = IPSERDESIP::serdes::instance();
     if (rows.isEmpty()) {
-        why = QStringLiteral("Select at least one lane.");
+        why = Placement::tr("Select at least one lane.");
         return false;
     }
 
@@ -126,7 +162,7 @@ bool provePlacement(const QList<LaneRow> &rows, QString &why)
     QMap<QString, const LaneRow *> plls;
     for (const LaneRow &row : rows) {
         if (freqs.contains(row.reference) && freqs.value(row.reference) != row.refFreq) {
-            why = QStringLiteral("%1 cannot run at %2 and %3 MHz at once.")
+            why = Placement::tr("%1 cannot run at %2 and %3 MHz at once.")
                       .arg(row.reference, numberText(freqs.value(row.reference)),
                            numberText(row.refFreq));
             return false;
@@ -134,17 +170,19 @@ bool provePlacement(const QList<LaneRow> &rows, QString &why)
         freqs.insert(row.reference, row.refFreq);
         const double held = model->getFreqByRefsrc(row.reference);
         if (held != 0.0 && held != row.refFreq) {
-            why = QStringLiteral("%1 already runs at %2 MHz for another instance; a reference "
-                                 "input runs at one frequency, so choose %2 MHz or another "
-                                 "reference.")
+            why = Placement::tr("%1 already runs at %2 MHz for another instance; a reference "
+                                "input runs at one frequency, so choose %2 MHz or another "
+                                "reference.")
                       .arg(row.reference, numberText(held));
             return false;
         }
+        // A lane's own CPLL serves that lane alone, and the lane is free.
         if (row.pll.contains(QLatin1String("CPLL")))
             continue;
         if (const LaneRow *other = plls.value(row.pll, nullptr)) {
-            if (other->txRate != row.txRate || other->reference != row.reference) {
-                why = QStringLiteral("%1 cannot serve two rates or references at once.")
+            if (pllRate(*other, lines) != pllRate(row, lines)
+                || other->reference != row.reference) {
+                why = Placement::tr("%1 cannot serve two rates or references at once.")
                           .arg(pllText(row.pll));
                 return false;
             }
@@ -154,51 +192,35 @@ bool provePlacement(const QList<LaneRow> &rows, QString &why)
         const PllOffer running = pllState(row.pll, &rate);
         if (running.reference.isEmpty())
             continue;
-        if (rate != 0.0 && rate != row.txRate) {
-            why = QStringLiteral("%1 already runs at %2 Gbps for another instance; choose "
-                                 "another PLL or that rate.")
+        if (rate != 0.0 && rate != pllRate(row, lines)) {
+            why = Placement::tr("%1 already runs at %2 Gbps for another instance; choose "
+                                "another PLL or that rate.")
                       .arg(pllText(row.pll), numberText(rate));
             return false;
         }
         if (running.reference != row.reference || running.refFreq != row.refFreq) {
-            why = QStringLiteral("%1 already runs from %2 at %3 MHz for another instance; "
-                                 "choose that reference to share it, or another PLL.")
+            why = Placement::tr("%1 already runs from %2 at %3 MHz for another instance; "
+                                "choose that reference to share it, or another PLL.")
                       .arg(pllText(row.pll), running.reference, numberText(running.refFreq));
             return false;
         }
     }
 
-    QStringList taken;
-    bool placed = true;
-    for (const LaneRow &row : rows) {
-        const QString tx = QString(row.lane + QStringLiteral("_TX"));
-        const QString rx = QString(row.lane + QStringLiteral("_RX"));
-        if (!tryLine(tx, row.pll, row)) {
-            why = QStringLiteral("There is no clock route from %1 to %2 for %3: the reference "
-                                 "muxes on the way are held by other instances for other "
-                                 "references.")
-                      .arg(row.reference, pllText(row.pll), laneLabel(row.lane));
-            placed = false;
-            break;
-        }
-        taken << tx;
-        // A receiver is clocked by a mux, never by a PLL, so its row names none.
-        if (!tryLine(rx, QStringLiteral("0"), row)) {
-            why = row.referenceMux.isEmpty()
-                      ? QStringLiteral("There is no clock route from %1 to the receiver of %2: "
-                                       "the reference muxes are held by other instances for "
-                                       "other references.")
-                            .arg(row.reference, laneLabel(row.lane))
-                      : QStringLiteral("%1 cannot bring %2 to the receiver of %3; choose another "
-                                       "mux or Auto.")
-                            .arg(row.referenceMux, row.reference, laneLabel(row.lane));
-            placed = false;
-            break;
-        }
-        taken << rx;
+    // The very request the generator will place, taken back at once: the
+    // model returns to where it stood, whether it accepted it or not, and
+    // what other instances hold on a shared PLL or mux stays theirs.
+    const std::unique_ptr<IPSERDESIP::Message> trial(
+        makeMessage(QStringLiteral("trial"), QString(), QString(), QString(), rows, lines));
+    QString err;
+    const bool placed = lines == Lines::ReceiverOnPll
+                            ? model->addItemForRxConnectPll(trial.get(), err)
+                            : model->addItem(trial.get(), err);
+    if (!placed) {
+        why = missingRoute(rows, lines);
+        if (why.isEmpty())
+            why = Placement::tr("The transceiver model refuses the selection: %1").arg(err);
     }
-    for (int i = taken.size() - 1; i >= 0; --i)
-        model->resetLane(taken.at(i), false);
+    model->releaseLastRequest();
     return placed;
 }
 

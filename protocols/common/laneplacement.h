@@ -14,14 +14,24 @@ class Message;
 
 namespace samples {
 
-// One lane of an instance, both of its lines.
+// Which lines of its lanes an instance takes, and what clocks them.
+enum class Lines {
+    // Both: the transmitter runs from the row's PLL, the receiver from a
+    // reference mux, its CDR's reference.
+    Both,
+    // The receiver alone, clocked by the row's PLL: an oversampling receiver
+    // needs no CDR. The transmitter stays unused.
+    ReceiverOnPll,
+};
+
+// One lane of an instance and what clocks its lines.
 struct LaneRow
 {
     QString lane;         // model name, "Q0_LANE1"
     QString pll;          // model name of the transmitter's PLL, "Q0_QPLL0" or "Q0_CPLL1"
     QString reference;    // option string, "Q0 REFCLK0"
     double refFreq = 0.0; // MHz
-    double txRate = 0.0;  // Gbps
+    double txRate = 0.0;  // Gbps; 0 for a receiver on its PLL
     double rxRate = 0.0;  // Gbps
     QString referenceMux; // "" for any, or "REFMUX1" to pin the receiver's clock route
 };
@@ -33,12 +43,13 @@ LaneRow laneRow(const QString &label, const QString &pll, const QString &referen
 
 // The request of an instance; the caller owns it.
 IPSERDESIP::Message *makeMessage(const QString &type, const QString &name, const QString &file,
-                                 const QString &module, const QList<LaneRow> &rows);
+                                 const QString &module, const QList<LaneRow> &rows,
+                                 Lines lines = Lines::Both);
 
-// Tries the rows on the model, line by line as the request will take them,
-// and gives back everything the trial took, so the model is as before. On a
+// Places the rows on the model as the generator will place the request, and
+// gives back everything the trial took, so the model is as before. On a
 // refusal `why` says, for the user, what stands in the way.
-bool provePlacement(const QList<LaneRow> &rows, QString &why);
+bool provePlacement(const QList<LaneRow> &rows, QString &why, Lines lines = Lines::Both);
 
 // A QPLL that another instance already runs at a rate, with its reference.
 struct PllOffer
@@ -50,8 +61,12 @@ struct PllOffer
 QList<PllOffer> runningPlls(const QString &quad, double rate);
 
 // What a PLL of a quad runs at now: its rate (0 while free), reference and
-// frequency.
+// frequency. This is what every dialog proposes when a lane meets a running
+// PLL, and what the trial compares with.
 PllOffer pllState(const QString &pllModel, double *rate);
+
+// A PLL in the user's words: "QPLL1 of Q0", "the CPLL of Q0 Lane2".
+QString pllText(const QString &pllModel);
 
 // The display text of a number of MHz or Gbps: no trailing zeros.
 QString numberText(double value);

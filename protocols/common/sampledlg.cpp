@@ -14,6 +14,21 @@ SampleDlg::SampleDlg(QWidget *parent)
         language->setCurrentIndex(0);
         language->setEnabled(false);
     }
+    // An instance's directory is named after its file, as on reopening.
+    fileNameConnectCreatIn();
+    const QList<QPair<const char *, QString>> tips{
+        {"editFileName", tr("Name of the instance's files, and of the folder they are written to "
+                            "inside the core's folder.")},
+        {"editModuleName", tr("Name of the instance's Verilog module, and of the instance in the "
+                              "configuration.")},
+        {"editCreateIn", tr("The folder the instance's files are written to; it follows the file "
+                            "name.")},
+        {"comboBoxLanguage", tr("The sample protocols write their modules in Verilog.")},
+        {"synToolComboBox", tr("The synthesis tool the generated files are meant for.")}};
+    for (const auto &tip : tips) {
+        if (auto *field = findChild<QWidget *>(QLatin1String(tip.first)))
+            field->setToolTip(tip.second);
+    }
 }
 
 SampleDlg::~SampleDlg() = default;

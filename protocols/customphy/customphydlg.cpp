@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "customphydlg.h"
 
+#include "../common/fields.h"
 #include "../common/lanelist.h"
 #include "../common/laneplacement.h"
 #include "ui_customphyclocks.h"
@@ -8,20 +9,7 @@
 
 #include <model/serdes.h>
 
-#include <QRegularExpressionValidator>
-
 namespace {
-
-const char TITLE[] = "Custom PHY";
-
-// Numbers are typed with a point whatever the user's locale, as the
-// parameter files write them.
-void numberField(QComboBox *box, const QStringList &proposals)
-{
-    box->addItems(proposals);
-    box->setValidator(new QRegularExpressionValidator(
-        QRegularExpression(QStringLiteral("[0-9]{1,5}(\\.[0-9]{1,6})?")), box));
-}
 
 void fillPairs(QComboBox *box, const QList<QPair<QString, QString>> &pairs)
 {
@@ -57,9 +45,12 @@ CustomPhyDlg::CustomPhyDlg(samples::Tier tier, QWidget *parent)
     m_clocks->setupUi(clocks);
     auto *line = new QWidget;
     m_line->setupUi(line);
-    uiAddTab(clocks, QStringLiteral("Lanes and Clocks"));
-    uiAddTab(line, QStringLiteral("Line"));
-    uiSetLabelText(QStringLiteral("Custom PHY"));
+    uiAddTab(clocks, tr("Lanes and Clocks"));
+    uiAddTab(line, tr("Line"));
+    uiSetLabelText(tr("Custom PHY"));
+    samples::setUpField(samples::Field::Lanes, m_clocks->listLanes);
+    samples::setUpField(samples::Field::TxRate, m_line->comboTxRate, m_line->labelTxRate);
+    samples::setUpField(samples::Field::RxRate, m_line->comboRxRate, m_line->labelRxRate);
 
     m_quads.insert(QStringLiteral("Q0"),
                    {m_clocks->groupQ0, m_clocks->comboPllQ0, m_clocks->comboReferenceQ0,
@@ -67,15 +58,25 @@ CustomPhyDlg::CustomPhyDlg(samples::Tier tier, QWidget *parent)
     m_quads.insert(QStringLiteral("Q1"),
                    {m_clocks->groupQ1, m_clocks->comboPllQ1, m_clocks->comboReferenceQ1,
                     m_clocks->comboRefFreqQ1, m_clocks->buttonShareQ1});
+    samples::setUpField(samples::Field::Pll, m_clocks->comboPllQ0, m_clocks->labelPllQ0);
+    samples::setUpField(samples::Field::Pll, m_clocks->comboPllQ1, m_clocks->labelPllQ1);
+    samples::setUpField(samples::Field::Reference, m_clocks->comboReferenceQ0,
+                        m_clocks->labelReferenceQ0);
+    samples::setUpField(samples::Field::Reference, m_clocks->comboReferenceQ1,
+                        m_clocks->labelReferenceQ1);
+    samples::setUpField(samples::Field::RefFreq, m_clocks->comboRefFreqQ0,
+                        m_clocks->labelRefFreqQ0);
+    samples::setUpField(samples::Field::RefFreq, m_clocks->comboRefFreqQ1,
+                        m_clocks->labelRefFreqQ1);
     const QStringList references = samples::referencePins(tier) + samples::fabricReferences(tier);
     for (auto it = m_quads.begin(); it != m_quads.end(); ++it) {
         const QString quad = it.key();
         it->pll->addItems(
             {QStringLiteral("CPLL"), QStringLiteral("QPLL0"), QStringLiteral("QPLL1")});
         it->reference->addItems(references);
-        numberField(it->refFreq,
-                    {QStringLiteral("100"), QStringLiteral("125"), QStringLiteral("156.25"),
-                     QStringLiteral("250"), QStringLiteral("312.5")});
+        it->refFreq->addItems({QStringLiteral("100"), QStringLiteral("125"),
+                               QStringLiteral("156.25"), QStringLiteral("250"),
+                               QStringLiteral("312.5")});
         selectText(it->refFreq, samples::numberText(CustomPhySettings::QuadClock().refFreq));
         it->share->hide();
         connect(it->share, &QPushButton::clicked, this, [this, quad] { share(quad); });
@@ -90,14 +91,15 @@ CustomPhyDlg::CustomPhyDlg(samples::Tier tier, QWidget *parent)
                             QStringLiteral("3.125"),   QStringLiteral("5"),
                             QStringLiteral("6.25"),    QStringLiteral("8"),
                             QStringLiteral("10.3125"), QStringLiteral("12.5")};
-    numberField(m_line->comboTxRate, rates);
-    numberField(m_line->comboRxRate, rates);
+    m_line->comboTxRate->addItems(rates);
+    m_line->comboRxRate->addItems(rates);
     m_line->comboWidth->addItems(customphy::widths());
     fillPairs(m_line->comboEncoding, customphy::encodings(tier));
     fillPairs(m_line->comboLoopback, customphy::loopbacks(tier));
-    m_line->comboAlignPattern->addItems(
-        {QStringLiteral("k28.5"), QStringLiteral("k28.1"), QStringLiteral("k28.7")});
-    m_line->comboReferenceMux->addItem(QStringLiteral("Auto"), QString());
+    for (const QString &pattern :
+         {QStringLiteral("k28.5"), QStringLiteral("k28.1"), QStringLiteral("k28.7")})
+        m_line->comboAlignPattern->addItem(samples::valueText(pattern), pattern);
+    m_line->comboReferenceMux->addItem(tr("Auto"), QString());
     for (const QString &mux : samples::referenceMuxes(tier))
         m_line->comboReferenceMux->addItem(mux, mux);
 
@@ -159,7 +161,7 @@ void CustomPhyDlg::showSettings(const CustomPhySettings &s)
     selectData(m_line->comboEncoding, s.encoding);
     m_line->checkWordAlign->setChecked(s.wordAlign);
     m_line->comboAlignPattern->setEnabled(s.wordAlign);
-    selectText(m_line->comboAlignPattern, s.alignPattern);
+    selectData(m_line->comboAlignPattern, s.alignPattern);
     m_line->checkTxPolarity->setChecked(s.txPolarityInvert);
     m_line->checkRxPolarity->setChecked(s.rxPolarityInvert);
     selectData(m_line->comboLoopback, s.loopback);
@@ -216,7 +218,7 @@ void CustomPhyDlg::share(const QString &quad)
     selectText(w.reference, offers.first().reference);
     selectText(w.refFreq, samples::numberText(offers.first().refFreq));
     m_clocks->labelClockNote->setText(
-        QStringLiteral("%1 of %2 is shared with another instance that runs it at %3 Gbps.")
+        tr("%1 of %2 is shared with another instance that runs it at %3 Gbps.")
             .arg(offers.first().pll, quad, samples::numberText(txRate())));
     updateOffers();
 }
@@ -254,7 +256,7 @@ void CustomPhyDlg::updateOffers()
             it->share->hide();
             continue;
         }
-        it->share->setText(QStringLiteral("Share %1 (%2, %3 MHz)")
+        it->share->setText(tr("Share %1 (%2, %3 MHz)")
                                .arg(offers.first().pll, offers.first().reference,
                                     samples::numberText(offers.first().refFreq)));
         it->share->show();
@@ -266,11 +268,10 @@ void CustomPhyDlg::updateOffers()
 void CustomPhyDlg::updateFabric()
 {
     const CustomPhySettings s = settings();
-    m_line->labelFabric->setText(s.ctrlWidth() > 0
-                                     ? QStringLiteral("%1 data and %2 control bits per lane")
-                                           .arg(s.dataWidth())
-                                           .arg(s.ctrlWidth())
-                                     : QStringLiteral("%1 data bits per lane").arg(s.dataWidth()));
+    m_line->labelFabric->setText(
+        s.ctrlWidth() > 0
+            ? tr("%1 data and %2 control bits per lane").arg(s.dataWidth()).arg(s.ctrlWidth())
+            : tr("%1 data bits per lane").arg(s.dataWidth()));
     updateFigure();
 }
 
@@ -301,7 +302,7 @@ CustomPhySettings CustomPhyDlg::settings() const
     s.width = m_line->comboWidth->currentText().toInt();
     s.encoding = m_line->comboEncoding->currentData().toString();
     s.wordAlign = m_line->checkWordAlign->isChecked();
-    s.alignPattern = m_line->comboAlignPattern->currentText();
+    s.alignPattern = m_line->comboAlignPattern->currentData().toString();
     s.txPolarityInvert = m_line->checkTxPolarity->isChecked();
     s.rxPolarityInvert = m_line->checkRxPolarity->isChecked();
     s.loopback = m_line->comboLoopback->currentData().toString();
@@ -317,5 +318,5 @@ QMap<QString, QVariant> CustomPhyDlg::args() const
 bool CustomPhyDlg::confirm()
 {
     const CustomPhySettings s = settings();
-    return samples::confirmLanes(this, QLatin1String(TITLE), s.problems(m_tier), s.rows());
+    return samples::confirmLanes(this, tr("Custom PHY"), s.problems(m_tier), s.rows());
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "customphysettings.h"
 
+#include "../common/fields.h"
+
 namespace {
 
 QString onOff(bool on)
@@ -22,26 +24,26 @@ namespace customphy {
 
 QList<QPair<QString, QString>> encodings(samples::Tier tier)
 {
-    QList<QPair<QString, QString>> list{{QStringLiteral("None"), QStringLiteral("off")},
-                                        {QStringLiteral("8b/10b"), QStringLiteral("8b10b")}};
+    QStringList values{QStringLiteral("off"), QStringLiteral("8b10b")};
     // The two-quad tier codes 8b/10b only.
-    if (tier != samples::Tier::T880k) {
-        list << qMakePair(QStringLiteral("64b/66b"), QStringLiteral("64b66b"))
-             << qMakePair(QStringLiteral("64b/67b"), QStringLiteral("64b67b"));
-    }
+    if (tier != samples::Tier::T880k)
+        values << QStringLiteral("64b66b") << QStringLiteral("64b67b");
+    QList<QPair<QString, QString>> list;
+    for (const QString &value : values)
+        list << qMakePair(samples::valueText(value), value);
     return list;
 }
 
 QList<QPair<QString, QString>> loopbacks(samples::Tier tier)
 {
     QList<QPair<QString, QString>> list{
-        {QStringLiteral("Off"), QStringLiteral("off")},
-        {QStringLiteral("Near-end serial"), QStringLiteral("lb_nes")},
-        {QStringLiteral("Far-end serial"), QStringLiteral("lb_fes")},
-        {QStringLiteral("Encoder"), QStringLiteral("lb_enc")},
-        {QStringLiteral("RX only"), QStringLiteral("rx_only")}};
+        {CustomPhySettings::tr("Off"), QStringLiteral("off")},
+        {CustomPhySettings::tr("Near-end serial"), QStringLiteral("lb_nes")},
+        {CustomPhySettings::tr("Far-end serial"), QStringLiteral("lb_fes")},
+        {CustomPhySettings::tr("Encoder"), QStringLiteral("lb_enc")},
+        {CustomPhySettings::tr("RX only"), QStringLiteral("rx_only")}};
     if (tier != samples::Tier::T880k)
-        list << qMakePair(QStringLiteral("TX only"), QStringLiteral("tx_only"));
+        list << qMakePair(CustomPhySettings::tr("TX only"), QStringLiteral("tx_only"));
     return list;
 }
 
@@ -158,38 +160,37 @@ QStringList CustomPhySettings::problems(samples::Tier tier) const
 {
     QStringList found;
     if (lanes.isEmpty())
-        found << QStringLiteral("No lane is selected.");
+        found << tr("No lane is selected.");
     const QStringList known = samples::laneLabels(tier);
     const QStringList references = samples::referencePins(tier) + samples::fabricReferences(tier);
     for (const QString &lane : lanes) {
         if (!known.contains(lane))
-            found << QStringLiteral("The device has no lane \"%1\".").arg(lane);
+            found << tr("The device has no lane \"%1\".").arg(lane);
     }
     for (const QString &quad : quads()) {
         const QuadClock clock = clocks.value(quad);
         if (!QStringList{QStringLiteral("CPLL"), QStringLiteral("QPLL0"), QStringLiteral("QPLL1")}
                  .contains(clock.pll))
-            found << QStringLiteral("\"%1\" is no PLL of %2.").arg(clock.pll, quad);
+            found << tr("\"%1\" is no PLL of %2.").arg(clock.pll, quad);
         if (!references.contains(clock.reference))
-            found
-                << QStringLiteral("The device has no reference input \"%1\".").arg(clock.reference);
+            found << tr("The device has no reference input \"%1\".").arg(clock.reference);
         if (clock.refFreq <= 0.0)
-            found << QStringLiteral("The reference frequency of %1 must be above 0 MHz.").arg(quad);
+            found << tr("The reference frequency of %1 must be above 0 MHz.").arg(quad);
     }
     if (txRate <= 0.0 || rxRate <= 0.0)
-        found << QStringLiteral("The line rates must be above 0 Gbps.");
+        found << tr("The line rates must be above 0 Gbps.");
     if (!customphy::widths().contains(QString::number(width)))
-        found << QStringLiteral("The PMA width must be 8, 10, 16 or 20 bits.");
+        found << tr("The PMA width must be 8, 10, 16 or 20 bits.");
     if (!values(customphy::encodings(tier)).contains(encoding))
-        found << QStringLiteral("The device has no \"%1\" coding.").arg(encoding);
+        found << tr("The device has no \"%1\" coding.").arg(encoding);
     else if (encoding == QLatin1String("8b10b") && width % 10 != 0)
-        found << QStringLiteral("8b/10b coding needs a PMA width of 10 or 20 bits.");
+        found << tr("8b/10b coding needs a PMA width of 10 or 20 bits.");
     if (!values(customphy::loopbacks(tier)).contains(loopback))
-        found << QStringLiteral("The device has no loopback \"%1\".").arg(loopback);
+        found << tr("The device has no loopback \"%1\".").arg(loopback);
     if (!referenceMux.isEmpty() && !samples::referenceMuxes(tier).contains(referenceMux))
-        found << QStringLiteral("The device has no mux \"%1\".").arg(referenceMux);
+        found << tr("The device has no mux \"%1\".").arg(referenceMux);
     if (wordAlign && alignPattern.isEmpty())
-        found << QStringLiteral("Word alignment needs a pattern.");
+        found << tr("Word alignment needs a pattern.");
     return found;
 }
 

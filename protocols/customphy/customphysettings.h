@@ -6,6 +6,7 @@
 #include "../common/lanemodule.h"
 #include "../common/laneplacement.h"
 
+#include <QCoreApplication>
 #include <QMap>
 #include <QString>
 #include <QStringList>
@@ -24,6 +25,9 @@
 // tables' value, "off", "lb_nes", ...); "referenceMux" ("" or "REFMUX1").
 struct CustomPhySettings : samples::InstanceSettings
 {
+    Q_DECLARE_TR_FUNCTIONS(CustomPhySettings)
+
+public:
     struct QuadClock
     {
         QString pll = QStringLiteral("QPLL0");

@@ -1,22 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "ethernet10gdlg.h"
 
+#include "../common/fields.h"
 #include "../common/lanelist.h"
 #include "../common/laneplacement.h"
 #include "ui_ethernet10goptions.h"
 
 #include <model/serdes.h>
-
-namespace {
-
-const char TITLE[] = "10GBASE-R";
-
-QString pllText(const QString &quad, const QString &pll)
-{
-    return QStringLiteral("%1 of %2").arg(pll, quad);
-}
-
-} // namespace
 
 Ethernet10gDlg::Ethernet10gDlg(samples::Tier tier, QWidget *parent)
     : SampleDlg(parent)
@@ -25,14 +15,20 @@ Ethernet10gDlg::Ethernet10gDlg(samples::Tier tier, QWidget *parent)
 {
     auto *page = new QWidget;
     m_ui->setupUi(page);
-    uiAddTab(page, QStringLiteral("10GBASE-R"));
-    uiSetLabelText(QStringLiteral("10GBASE-R Ethernet PHY"));
+    uiAddTab(page, tr("10GBASE-R"));
+    uiSetLabelText(tr("10GBASE-R Ethernet PHY"));
+    samples::setUpField(samples::Field::Lanes, m_ui->listLanes);
+    samples::setUpField(samples::Field::Pll, m_ui->comboPll, m_ui->labelPllTitle);
+    samples::setUpField(samples::Field::Reference, m_ui->comboReference, m_ui->labelReferenceTitle);
+    samples::setUpField(samples::Field::LineRate, m_ui->labelRate, m_ui->labelRateTitle);
+    samples::setUpField(samples::Field::RefFreq, m_ui->labelRefFreq, m_ui->labelRefFreqTitle);
+    m_ui->labelRefFreqTitle->setText(tr("Reference frequency:"));
     m_ui->comboPll->addItems({QStringLiteral("QPLL0"), QStringLiteral("QPLL1")});
     m_ui->comboReference->addItems(samples::referencePins(tier));
     m_ui->labelRate->setText(
-        QStringLiteral("%1 Gbps").arg(samples::numberText(Ethernet10gSettings::LINE_RATE)));
+        tr("%1 Gbps").arg(samples::numberText(Ethernet10gSettings::LINE_RATE)));
     m_ui->labelRefFreq->setText(
-        QStringLiteral("%1 MHz").arg(samples::numberText(Ethernet10gSettings::REF_FREQ)));
+        tr("%1 MHz").arg(samples::numberText(Ethernet10gSettings::REF_FREQ)));
     connect(m_ui->comboPll, &QComboBox::currentTextChanged, this, &Ethernet10gDlg::onPllChanged);
     connect(m_ui->listLanes, &QListWidget::itemChanged, this, &Ethernet10gDlg::onPllChanged);
     connect(m_ui->listLanes, &QListWidget::itemChanged, this, &Ethernet10gDlg::updateFigure);
@@ -109,22 +105,21 @@ void Ethernet10gDlg::propose()
 // brings its reference pin with it.
 void Ethernet10gDlg::onPllChanged()
 {
-    const QString q = quad();
-    const QString pll = m_ui->comboPll->currentText();
+    const QString pll = QString(quad() + QLatin1Char('_') + m_ui->comboPll->currentText());
     double rate = 0.0;
-    const samples::PllOffer running = samples::pllState(QString(q + QLatin1Char('_') + pll), &rate);
+    const samples::PllOffer running = samples::pllState(pll, &rate);
     QString note;
     if (running.reference.isEmpty()) {
-        note = QStringLiteral("%1 is free and will run at 10.3125 Gbps.").arg(pllText(q, pll));
+        note = tr("%1 is free and will run at 10.3125 Gbps.").arg(samples::pllText(pll));
     } else if (rate == Ethernet10gSettings::LINE_RATE
                && running.refFreq == Ethernet10gSettings::REF_FREQ) {
         m_ui->comboReference->setCurrentText(running.reference);
-        note = QStringLiteral("%1 already runs at 10.3125 Gbps from %2 and is shared.")
-                   .arg(pllText(q, pll), running.reference);
+        note = tr("%1 already runs at 10.3125 Gbps from %2 and is shared.")
+                   .arg(samples::pllText(pll), running.reference);
     } else {
-        note = QStringLiteral("%1 runs at %2 Gbps from %3 at %4 MHz for another instance; choose "
-                              "the other QPLL.")
-                   .arg(pllText(q, pll), samples::numberText(rate), running.reference,
+        note = tr("%1 runs at %2 Gbps from %3 at %4 MHz for another instance; choose the other "
+                  "QPLL.")
+                   .arg(samples::pllText(pll), samples::numberText(rate), running.reference,
                         samples::numberText(running.refFreq));
     }
     m_ui->labelShare->setText(note);
@@ -157,5 +152,5 @@ QMap<QString, QVariant> Ethernet10gDlg::args() const
 bool Ethernet10gDlg::confirm()
 {
     const Ethernet10gSettings s = settings();
-    return samples::confirmLanes(this, QLatin1String(TITLE), s.problems(m_tier), s.rows());
+    return samples::confirmLanes(this, tr("10GBASE-R"), s.problems(m_tier), s.rows());
 }

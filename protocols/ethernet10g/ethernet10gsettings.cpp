@@ -76,23 +76,22 @@ QStringList Ethernet10gSettings::problems(samples::Tier tier) const
 {
     QStringList found;
     if (!ethernet10gRunsOn(tier)) {
-        found << QStringLiteral("The device has no 64b/66b coding for 10GBASE-R.");
+        found << tr("The device has no 64b/66b coding for 10GBASE-R.");
         return found;
     }
     if (lanes.isEmpty() || lanes.size() > MAX_LANES)
-        found << QStringLiteral("10GBASE-R takes one to four lanes; %1 are selected.")
-                     .arg(lanes.size());
+        found << tr("10GBASE-R takes one to four lanes; %1 are selected.").arg(lanes.size());
     const QStringList known = samples::laneLabels(tier);
     for (const QString &lane : lanes) {
         if (!known.contains(lane))
-            found << QStringLiteral("The device has no lane \"%1\".").arg(lane);
+            found << tr("The device has no lane \"%1\".").arg(lane);
         else if (!lane.startsWith(quad()))
-            found << QStringLiteral("The lanes must share one QPLL, so they must lie in one quad.");
+            found << tr("The lanes must share one QPLL, so they must lie in one quad.");
     }
     if (pll != QLatin1String("QPLL0") && pll != QLatin1String("QPLL1"))
-        found << QStringLiteral("10GBASE-R runs on QPLL0 or QPLL1, not on \"%1\".").arg(pll);
+        found << tr("10GBASE-R runs on QPLL0 or QPLL1, not on \"%1\".").arg(pll);
     if (!samples::referencePins(tier).contains(reference))
-        found << QStringLiteral("\"%1\" is no reference clock pin of the device.").arg(reference);
+        found << tr("\"%1\" is no reference clock pin of the device.").arg(reference);
     found.removeDuplicates();
     return found;
 }

@@ -6,6 +6,7 @@
 #include "../common/lanemodule.h"
 #include "../common/laneplacement.h"
 
+#include <QCoreApplication>
 #include <QMap>
 #include <QString>
 #include <QStringList>
@@ -20,6 +21,9 @@
 // port on the Upar arbiter).
 struct Ethernet10gSettings : samples::InstanceSettings
 {
+    Q_DECLARE_TR_FUNCTIONS(Ethernet10gSettings)
+
+public:
     static constexpr double LINE_RATE = 10.3125; // Gbps
     static constexpr double REF_FREQ = 156.25;   // MHz
     static constexpr int MAX_LANES = 4;

@@ -151,8 +151,8 @@ namespace driver {
 //   "key==value"   reads a key and expects the value;
 //   "key"          reads a key only, for the test to use.
 // Keys are a widget's name, with "#count" (items offered), "#items" (their
-// values), "?visible" or "?enabled". An entry may join keys, with their
-// values, or steps by "|".
+// values), "?visible" or "?enabled", or "untipped". An entry may join keys,
+// with their values, or steps by "|".
 
 inline void apply(QWidget *dialog, const QString &step)
 {
@@ -190,6 +190,18 @@ inline void apply(QWidget *dialog, const QString &step)
 
 inline QString read(QWidget *dialog, const QString &key)
 {
+    // "untipped": the fields a user can change that have no tooltip.
+    if (key == QLatin1String("untipped")) {
+        QStringList names;
+        for (QWidget *w :
+             dialog->findChildren<QWidget *>(QRegularExpression(QStringLiteral("^[a-z]")))) {
+            if ((qobject_cast<QComboBox *>(w) || qobject_cast<QAbstractButton *>(w)
+                 || qobject_cast<QListWidget *>(w) || qobject_cast<QLineEdit *>(w))
+                && w->toolTip().isEmpty() && !qobject_cast<QDialogButtonBox *>(w->parent()))
+                names << w->objectName();
+        }
+        return names.join(QLatin1Char(','));
+    }
     const QString name = key.section(QRegularExpression(QStringLiteral("[#?]")), 0, 0);
     QWidget *w = dialog->findChild<QWidget *>(name);
     if (!w)

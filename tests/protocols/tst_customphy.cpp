@@ -85,7 +85,7 @@ void tst_CustomPhy::dialog_data()
                                  << QString();
     QTest::newRow("90k, empty") << DEVICE_90K << QVariantList()
                                 << QStringList{"listLanes#count==4", "comboReferenceQ0#count==4",
-                                               "comboEncoding#count==4",
+                                               "untipped==", "comboEncoding#count==4",
                                                "comboReferenceMux#count==3"}
                                 << QString();
     // A QPLL of the quad runs at the proposed 2.5 Gbps: it is shared, with its

@@ -64,6 +64,7 @@ void tst_Ethernet10g::dialog_data()
         << DEVICE_370K << QStringList()
         << QStringList{"listLanes#count==4",
                        "listLanes==Q0 Lane0",
+                       "untipped==",
                        "comboPll==QPLL0",
                        "comboReference==Q0 REFCLK0",
                        "comboReference#count==4",
