@@ -10,6 +10,8 @@
 #include "views/schematiclayout_880k.h"
 #include "views/schematiclayout_90k.h"
 
+#include <utils/messages.h>
+
 #include <QContextMenuEvent>
 #include <QDir>
 #include <QFileDialog>
@@ -339,7 +341,7 @@ void clockSchematicView::saveImageAs()
     m_saveDirectory = QFileInfo(fileName).absolutePath();
     QString error;
     if (!saveImage(fileName, error))
-        QMessageBox::critical(this, tr("Error"), error);
+        Utils::showMessage(this, QMessageBox::Critical, tr("Error"), error);
 }
 
 void clockSchematicView::contextMenuEvent(QContextMenuEvent *event)
