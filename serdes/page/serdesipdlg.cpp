@@ -637,8 +637,8 @@ bool serdesipdlg::writeReport(const QString &path)
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)
         || file.write(QJsonDocument(report).toJson()) < 0 || !file.commit()) {
-        qCritical("Cannot write the report \"%s\": %s", qPrintable(QDir::toNativeSeparators(path)),
-                  qPrintable(file.errorString()));
+        qCritical("%s", qPrintable(tr("Cannot write the report \"%1\": %2")
+                                       .arg(QDir::toNativeSeparators(path), file.errorString())));
         return false;
     }
     return true;
