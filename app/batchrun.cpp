@@ -95,7 +95,7 @@ int BatchRun::run(const QString &file)
 
     if (!m_opened) {
         // The core refused the file before its dialog came up, and has said why.
-        print(QStringLiteral("\"%1\" was not opened.").arg(QDir::toNativeSeparators(file)));
+        print(tr("\"%1\" was not opened.").arg(QDir::toNativeSeparators(file)));
         return 2;
     }
     // Even when it has said so in no box of its own, a core that left
@@ -124,15 +124,14 @@ void BatchRun::fail()
 
 QString BatchRun::summary() const
 {
-    const QString errors
-        = m_errors == 1 ? QStringLiteral("1 error") : QStringLiteral("%1 errors").arg(m_errors);
+    const QString errors = m_errors == 1 ? tr("1 error") : tr("%1 errors").arg(m_errors);
     if (m_placed < 0)
         return errors;
     const int total = m_placed + m_unrestored;
-    return QStringLiteral("%1 of %2 %3 restored; %4")
+    return tr("%1 of %2 %3 restored; %4")
         .arg(m_placed)
         .arg(total)
-        .arg(total == 1 ? QStringLiteral("instance") : QStringLiteral("instances"), errors);
+        .arg(total == 1 ? tr("instance") : tr("instances"), errors);
 }
 
 bool BatchRun::eventFilter(QObject *watched, QEvent *event)
@@ -156,8 +155,7 @@ bool BatchRun::eventFilter(QObject *watched, QEvent *event)
         QTimer::singleShot(0, this, &BatchRun::drive);
     } else {
         // Nothing in a regeneration asks the user a question of its own.
-        print(QStringLiteral("%1: closed unanswered in a run without a display.")
-                  .arg(dialog->windowTitle()));
+        print(tr("%1: closed unanswered in a run without a display.").arg(dialog->windowTitle()));
         QTimer::singleShot(0, dialog, &QDialog::reject);
     }
     return false;
@@ -167,13 +165,13 @@ bool BatchRun::callWriter(const char *slot, const QString &path)
 {
     const QString name = QDir::toNativeSeparators(path);
     if (!m_dialog) {
-        print(QStringLiteral("\"%1\" was not written: the core's dialog has closed.").arg(name));
+        print(tr("\"%1\" was not written: the core's dialog has closed.").arg(name));
         return false;
     }
     bool written = false;
     if (!QMetaObject::invokeMethod(m_dialog, slot, Qt::DirectConnection,
                                    Q_RETURN_ARG(bool, written), Q_ARG(QString, path))) {
-        print(QStringLiteral("This core cannot write \"%1\".").arg(name));
+        print(tr("This core cannot write \"%1\".").arg(name));
         return false;
     }
     // A core that could not write has said why.
@@ -202,13 +200,13 @@ void BatchRun::drive()
         fail();
     if (generate) {
         if (!m_dialog) {
-            print(QStringLiteral("Nothing was generated: the core's dialog has closed."));
+            print(tr("Nothing was generated: the core's dialog has closed."));
             fail();
         } else {
             QMetaObject::invokeMethod(m_dialog, "accept", Qt::DirectConnection);
             // A core's OK keeps its dialog open when generation fails.
             if (m_dialog && m_dialog->isVisible()) {
-                print(QStringLiteral("Generation failed."));
+                print(tr("Generation failed."));
                 fail();
             }
         }

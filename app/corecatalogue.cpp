@@ -55,8 +55,7 @@ void CoreCatalogue::load(const QString &root)
 {
     const QDir rootDir(root);
     if (!rootDir.exists()) {
-        m_problems << QStringLiteral("No IP package directory \"%1\".")
-                          .arg(QDir::toNativeSeparators(root));
+        m_problems << tr("No IP package directory \"%1\".").arg(QDir::toNativeSeparators(root));
         return;
     }
     const QStringList packages = rootDir.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
@@ -74,10 +73,10 @@ void CoreCatalogue::loadPackage(const QString &dir)
         QObject *root = loader->instance();
         auto *package = qobject_cast<IPCore::IPPackage *>(root);
         if (!package) {
-            m_problems << (root ? QStringLiteral("\"%1\" is not an IP package.")
-                                      .arg(QDir::toNativeSeparators(path))
-                                : QStringLiteral("Cannot load \"%1\": %2")
-                                      .arg(QDir::toNativeSeparators(path), loader->errorString()));
+            m_problems
+                << (root ? tr("\"%1\" is not an IP package.").arg(QDir::toNativeSeparators(path))
+                         : tr("Cannot load \"%1\": %2")
+                               .arg(QDir::toNativeSeparators(path), loader->errorString()));
             loader->unload();
             delete loader;
             continue;
@@ -86,8 +85,8 @@ void CoreCatalogue::loadPackage(const QString &dir)
         package->packagePath = dir;
         const QList<IPCore::BaseIPCore *> cores = package->ipCores();
         if (cores.isEmpty())
-            m_problems << QStringLiteral("\"%1\" offers no core: its description is missing or "
-                                         "incomplete.")
+            m_problems << tr("\"%1\" offers no core: its description is missing or "
+                             "incomplete.")
                               .arg(QDir::toNativeSeparators(path));
         for (IPCore::BaseIPCore *core : cores)
             m_entries << Entry{core, dir};
@@ -101,8 +100,7 @@ QStringList CoreCatalogue::listing(const DEV::DeviceArg &device) const
         const IPCore::BaseIPCore *core = entry.core;
         lines << QStringList{core->id(), core->name(), core->version(),
                              core->category().join(QStringLiteral(", ")),
-                             core->isSupported(device) ? QStringLiteral("supported")
-                                                       : QStringLiteral("not supported")}
+                             core->isSupported(device) ? tr("supported") : tr("not supported")}
                      .join(QLatin1Char('\t'));
     }
     return lines;
@@ -111,7 +109,7 @@ QStringList CoreCatalogue::listing(const DEV::DeviceArg &device) const
 IPCore::BaseIPCore *CoreCatalogue::coreForConfiguration(const QString &file, QString *error) const
 {
     if (!QFileInfo(file).isFile()) {
-        *error = QStringLiteral("\"%1\" does not exist.").arg(QDir::toNativeSeparators(file));
+        *error = tr("\"%1\" does not exist.").arg(QDir::toNativeSeparators(file));
         return nullptr;
     }
     const QString type
@@ -120,7 +118,7 @@ IPCore::BaseIPCore *CoreCatalogue::coreForConfiguration(const QString &file, QSt
         if (entry.core->id() == type)
             return entry.core;
     }
-    *error = QStringLiteral("No installed core reads \"%1\": it was made by \"%2\".")
+    *error = tr("No installed core reads \"%1\": it was made by \"%2\".")
                  .arg(QDir::toNativeSeparators(file), type);
     return nullptr;
 }

@@ -3,6 +3,7 @@
 
 #include <dev/devicearg.h>
 
+#include <QCoreApplication>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -17,6 +18,8 @@ class BaseIPCore;
 // folder of its own there, holding one or more plug-in files "lib*.so".
 class CoreCatalogue
 {
+    Q_DECLARE_TR_FUNCTIONS(CoreCatalogue)
+
 public:
     struct Entry
     {

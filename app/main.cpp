@@ -37,7 +37,8 @@ DEV::DeviceArg chosenDevice(const QString &id, QString *error)
     if (!id.isEmpty()) {
         const DEV::DeviceArg device = db->findByID(id);
         if (!device.isValid())
-            *error = QStringLiteral("Unknown device \"%1\". Known devices: %2.")
+            *error = QCoreApplication::translate("ipcoregen",
+                                                 "Unknown device \"%1\". Known devices: %2.")
                          .arg(id, MainWindow::deviceIds(*db).join(QStringLiteral(", ")));
         return device;
     }
@@ -48,7 +49,7 @@ DEV::DeviceArg chosenDevice(const QString &id, QString *error)
         return devices.first();
     if (!db->devices().isEmpty())
         return db->devices().first();
-    *error = QStringLiteral("The device database \"%1\" lists no device.")
+    *error = QCoreApplication::translate("ipcoregen", "The device database \"%1\" lists no device.")
                  .arg(Core::IdeCore::deviceDataBasePath());
     return DEV::DeviceArg();
 }
@@ -83,10 +84,12 @@ int printCatalogue(const QString &deviceId)
     CoreCatalogue catalogue;
     catalogue.load(CoreCatalogue::defaultRoot());
     for (const QString &problem : catalogue.problems())
-        err << "warning: " << problem << '\n';
+        err << QCoreApplication::translate("ipcoregen", "warning: %1").arg(problem) << '\n';
     err.flush();
 
-    out << "Device: " << device.id << " (" << device.name << ", " << device.family << ")\n";
+    out << QCoreApplication::translate("ipcoregen", "Device: %1 (%2, %3)")
+               .arg(device.id, device.name, device.family)
+        << '\n';
     for (const QString &line : catalogue.listing(device))
         out << line << '\n';
     return 0;
@@ -97,31 +100,38 @@ int printCatalogue(const QString &deviceId)
 int main(int argc, char *argv[])
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("IP Core Generator"));
+    parser.setApplicationDescription(QCoreApplication::translate("ipcoregen", "IP Core Generator"));
     parser.addHelpOption();
-    const QCommandLineOption listOption(QStringLiteral("list"),
-                                        QStringLiteral("Print the catalogue and exit."));
-    const QCommandLineOption deviceOption(QStringLiteral("device"),
-                                          QStringLiteral("The target device."),
-                                          QStringLiteral("id"));
-    const QCommandLineOption openOption(QStringLiteral("open"),
-                                        QStringLiteral("Open a configuration file."),
-                                        QStringLiteral("file"));
+    const QCommandLineOption listOption(
+        QStringLiteral("list"),
+        QCoreApplication::translate("ipcoregen", "Print the catalogue and exit."));
+    const QCommandLineOption deviceOption(
+        QStringLiteral("device"), QCoreApplication::translate("ipcoregen", "The target device."),
+        QCoreApplication::translate("ipcoregen", "id"));
+    const QCommandLineOption openOption(
+        QStringLiteral("open"),
+        QCoreApplication::translate("ipcoregen", "Open a configuration file."),
+        QCoreApplication::translate("ipcoregen", "file"));
     const QCommandLineOption generateOption(
         QStringLiteral("generate"),
-        QStringLiteral("With --open: generate the configuration's files, as OK does, and exit."));
+        QCoreApplication::translate(
+            "ipcoregen", "With --open: generate the configuration's files, as OK does, and exit."));
     const QCommandLineOption reportOption(
         QStringLiteral("report"),
-        QStringLiteral("With --open: write the configuration as placed, in JSON, and exit."),
-        QStringLiteral("file"));
+        QCoreApplication::translate(
+            "ipcoregen", "With --open: write the configuration as placed, in JSON, and exit."),
+        QCoreApplication::translate("ipcoregen", "file"));
     const QCommandLineOption schematicOption(
         QStringLiteral("schematic"),
-        QStringLiteral("With --open: draw the clock schematic into an SVG or PNG file, and exit."),
-        QStringLiteral("file"));
+        QCoreApplication::translate(
+            "ipcoregen",
+            "With --open: draw the clock schematic into an SVG or PNG file, and exit."),
+        QCoreApplication::translate("ipcoregen", "file"));
     const QCommandLineOption verboseOption(
         QStringLiteral("verbose"),
-        QStringLiteral("With --generate, --report or --schematic: also print the debug lines of "
-                       "the core and its tools."));
+        QCoreApplication::translate(
+            "ipcoregen", "With --generate, --report or --schematic: also print the debug lines of "
+                         "the core and its tools."));
     parser.addOption(listOption);
     parser.addOption(deviceOption);
     parser.addOption(openOption);
@@ -143,7 +153,9 @@ int main(int argc, char *argv[])
 
     if (wantBatch && parser.errorText().isEmpty()) {
         if (!parser.isSet(openOption)) {
-            QTextStream(stderr) << "--generate, --report and --schematic need --open FILE.\n";
+            QTextStream(stderr) << QCoreApplication::translate(
+                "ipcoregen", "--generate, --report and --schematic need --open FILE.")
+                                << '\n';
             return 2;
         }
         if (!displayAvailable())
@@ -166,7 +178,9 @@ int main(int argc, char *argv[])
         QCoreApplication app(argc, argv);
         parser.process(app);
         if (!wantList)
-            QTextStream(stderr) << "No display is available: printing the catalogue instead.\n";
+            QTextStream(stderr) << QCoreApplication::translate(
+                "ipcoregen", "No display is available: printing the catalogue instead.")
+                                << '\n';
         return printCatalogue(deviceId);
     }
 

@@ -11,6 +11,7 @@
 #include <ipcore/baseipcore.h>
 #include <te/flowmanager.h>
 #include <te/taskengine.h>
+#include <utils/messages.h>
 
 #include <QAction>
 #include <QComboBox>
@@ -47,29 +48,28 @@ MainWindow::MainWindow(const CoreCatalogue *catalogue, const QString &deviceId, 
     , m_editors(new QTabWidget)
     , m_results(new QListWidget)
     , m_project(new QListWidget)
-    , m_recentMenu(new QMenu(QStringLiteral("Open &Recent"), this))
+    , m_recentMenu(new QMenu(tr("Open &Recent"), this))
 {
-    setWindowTitle(QStringLiteral("IP Core Generator"));
+    setWindowTitle(tr("IP Core Generator"));
     resize(1100, 700);
 
-    QMenu *fileMenu = menuBar()->addMenu(QStringLiteral("&File"));
-    QAction *newAction = fileMenu->addAction(QStringLiteral("&New Core..."), this,
-                                             &MainWindow::newCore, QKeySequence::New);
+    QMenu *fileMenu = menuBar()->addMenu(tr("&File"));
+    QAction *newAction
+        = fileMenu->addAction(tr("&New Core..."), this, &MainWindow::newCore, QKeySequence::New);
     newAction->setObjectName(QStringLiteral("newAction"));
-    QAction *openAction = fileMenu->addAction(QStringLiteral("&Open Configuration..."), this,
-                                              &MainWindow::openConfiguration,
-                                              QKeySequence::Open);
+    QAction *openAction = fileMenu->addAction(tr("&Open Configuration..."), this,
+                                              &MainWindow::openConfiguration, QKeySequence::Open);
     openAction->setObjectName(QStringLiteral("openAction"));
     m_recentMenu->setObjectName(QStringLiteral("recentMenu"));
     fileMenu->addMenu(m_recentMenu);
     fileMenu->addSeparator();
-    fileMenu->addAction(QStringLiteral("&Quit"), this, &QWidget::close, QKeySequence::Quit);
+    fileMenu->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
     fillRecentMenu();
 
-    auto *toolBar = addToolBar(QStringLiteral("Device"));
+    auto *toolBar = addToolBar(tr("Device"));
     toolBar->setObjectName(QStringLiteral("deviceToolBar"));
     toolBar->setMovable(false);
-    toolBar->addWidget(new QLabel(QStringLiteral(" Device: ")));
+    toolBar->addWidget(new QLabel(tr(" Device: ")));
     m_devices->setObjectName(QStringLiteral("deviceComboBox"));
     m_devices->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     const DEV::DeviceDb *db = Core::IdeCore::deviceDataBase();
@@ -82,8 +82,7 @@ MainWindow::MainWindow(const CoreCatalogue *catalogue, const QString &deviceId, 
     toolBar->addAction(openAction);
 
     m_cores->setObjectName(QStringLiteral("coreTree"));
-    m_cores->setHeaderLabels({QStringLiteral("Name"), QStringLiteral("Version"),
-                              QStringLiteral("Category"), QStringLiteral("ID")});
+    m_cores->setHeaderLabels({tr("Name"), tr("Version"), tr("Category"), tr("ID")});
     m_cores->setRootIsDecorated(false);
     m_cores->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     connect(m_cores, &QTreeWidget::itemDoubleClicked, this, &MainWindow::newCore);
@@ -102,7 +101,7 @@ MainWindow::MainWindow(const CoreCatalogue *catalogue, const QString &deviceId, 
     setCentralWidget(splitter);
 
     m_results->setObjectName(QStringLiteral("resultList"));
-    auto *dock = new QDockWidget(QStringLiteral("Flow Results"), this);
+    auto *dock = new QDockWidget(tr("Flow Results"), this);
     dock->setObjectName(QStringLiteral("resultDock"));
     dock->setFeatures(QDockWidget::NoDockWidgetFeatures);
     dock->setWidget(m_results);
@@ -111,7 +110,7 @@ MainWindow::MainWindow(const CoreCatalogue *catalogue, const QString &deviceId, 
 
     // What the cores added to the project; a double click shows the file.
     m_project->setObjectName(QStringLiteral("projectList"));
-    auto *projectDock = new QDockWidget(QStringLiteral("Project Files"), this);
+    auto *projectDock = new QDockWidget(tr("Project Files"), this);
     projectDock->setObjectName(QStringLiteral("projectDock"));
     projectDock->setFeatures(QDockWidget::NoDockWidgetFeatures);
     projectDock->setWidget(m_project);
@@ -170,14 +169,13 @@ void MainWindow::fillCatalogue()
         item->setText(IdColumn, core->id());
         const bool supported = core->isSupported(device);
         item->setDisabled(!supported);
-        item->setToolTip(NameColumn, supported
-                                         ? QStringLiteral("Available for %1.").arg(device.name)
-                                         : QStringLiteral("Not available for the %1 family.")
-                                               .arg(device.family));
+        item->setToolTip(NameColumn,
+                         supported ? tr("Available for %1.").arg(device.name)
+                                   : tr("Not available for the %1 family.").arg(device.family));
     }
-    QString summary = QStringLiteral("%1   part number %2").arg(device.name, device.partNumber);
+    QString summary = tr("%1   part number %2").arg(device.name, device.partNumber);
     if (!device.version.isEmpty())
-        summary += QStringLiteral("   version %1").arg(device.version);
+        summary += tr("   version %1").arg(device.version);
     statusBar()->showMessage(summary);
 }
 
@@ -185,7 +183,7 @@ void MainWindow::showFile(const QString &fileName)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        statusBar()->showMessage(QStringLiteral("Cannot show \"%1\": %2")
+        statusBar()->showMessage(tr("Cannot show \"%1\": %2")
                                      .arg(QDir::toNativeSeparators(fileName), file.errorString()));
         return;
     }
@@ -232,18 +230,18 @@ void MainWindow::newCore()
     const DEV::DeviceArg device
         = Core::IdeCore::deviceDataBase()->findByID(m_devices->currentData().toString());
     if (!core) {
-        QMessageBox::information(this, QStringLiteral("New Core"),
-                                 QStringLiteral("Select a core in the catalogue first."));
+        Utils::showMessage(this, QMessageBox::Information, tr("New Core"),
+                           tr("Select a core in the catalogue first."));
         return;
     }
     if (!core->isSupported(device)) {
-        QMessageBox::information(this, QStringLiteral("New Core"),
-                                 QStringLiteral("%1 is not available for the %2 family.")
-                                     .arg(core->name(), device.family));
+        Utils::showMessage(
+            this, QMessageBox::Information, tr("New Core"),
+            tr("%1 is not available for the %2 family.").arg(core->name(), device.family));
         return;
     }
     const QString dir = QFileDialog::getExistingDirectory(
-        this, QStringLiteral("Create %1 In").arg(core->name()), QDir::homePath());
+        this, tr("Create %1 In").arg(core->name()), QDir::homePath());
     if (dir.isEmpty())
         return;
     CoreCatalogue::createCore(core, dir, device);
@@ -252,8 +250,7 @@ void MainWindow::newCore()
 void MainWindow::openConfiguration()
 {
     const QString file = QFileDialog::getOpenFileName(
-        this, QStringLiteral("Open Configuration"), QDir::homePath(),
-        QStringLiteral("IP configurations (*.ipc)"));
+        this, tr("Open Configuration"), QDir::homePath(), tr("IP configurations (*.ipc)"));
     if (!file.isEmpty())
         openConfigurationFile(file);
 }
@@ -263,7 +260,7 @@ bool MainWindow::openConfigurationFile(const QString &file)
     QString error;
     IPCore::BaseIPCore *core = m_catalogue->coreForConfiguration(file, &error);
     if (!core) {
-        QMessageBox::warning(this, QStringLiteral("Open Configuration"), error);
+        Utils::showMessage(this, QMessageBox::Warning, tr("Open Configuration"), error);
         return false;
     }
     const QFileInfo info(file);

@@ -21,11 +21,11 @@ bool ProjectManager::addFiles(const QStringList &files)
     for (const QString &file : files) {
         const QFileInfo info(file);
         if (file.isEmpty()) {
-            refused << QStringLiteral("A file without a name cannot be added.");
+            refused << tr("A file without a name cannot be added.");
         } else if (!info.exists()) {
-            refused << QStringLiteral("\"%1\" does not exist.").arg(QDir::toNativeSeparators(file));
+            refused << tr("\"%1\" does not exist.").arg(QDir::toNativeSeparators(file));
         } else if (!info.isFile()) {
-            refused << QStringLiteral("\"%1\" is no file.").arg(QDir::toNativeSeparators(file));
+            refused << tr("\"%1\" is no file.").arg(QDir::toNativeSeparators(file));
         } else {
             const QString path = info.absoluteFilePath();
             if (!m_files.contains(path) && !added.contains(path))
@@ -37,7 +37,7 @@ bool ProjectManager::addFiles(const QStringList &files)
         emit filesAdded(added);
     if (refused.isEmpty())
         return true;
-    IPCore::showErrorMsgs(QStringLiteral("Some files could not be added to the project."), refused);
+    IPCore::showErrorMsgs(tr("Some files could not be added to the project."), refused);
     return false;
 }
 

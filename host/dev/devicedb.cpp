@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "dev/devicedb.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -36,14 +37,16 @@ bool DeviceDb::load(const QString &path, QString *error)
 
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        fail(error, QStringLiteral("Cannot read the device database \"%1\": %2")
+        fail(error, QCoreApplication::translate("DEV::DeviceDb",
+                                                "Cannot read the device database \"%1\": %2")
                         .arg(path, file.errorString()));
         return false;
     }
     QJsonParseError parseError;
     const QJsonDocument doc = QJsonDocument::fromJson(file.readAll(), &parseError);
     if (!doc.isObject()) {
-        fail(error, QStringLiteral("The device database \"%1\" is not valid JSON: %2")
+        fail(error, QCoreApplication::translate("DEV::DeviceDb",
+                                                "The device database \"%1\" is not valid JSON: %2")
                         .arg(path, parseError.errorString()));
         return false;
     }
@@ -67,20 +70,25 @@ bool DeviceDb::load(const QString &path, QString *error)
         d.library = o.value(QStringLiteral("library")).toString();
         d.features = toStringList(o.value(QStringLiteral("features")));
         if (d.id.isEmpty() || d.family.isEmpty() || d.name.isEmpty()) {
-            fail(error, QStringLiteral("Device %1 of \"%2\" lacks an id, a family or a name.")
+            fail(error, QCoreApplication::translate(
+                            "DEV::DeviceDb", "Device %1 of \"%2\" lacks an id, a family or a name.")
                             .arg(i + 1)
                             .arg(path));
             return false;
         }
         if (ids.contains(d.id)) {
-            fail(error, QStringLiteral("Device id \"%1\" stands twice in \"%2\".").arg(d.id, path));
+            fail(error, QCoreApplication::translate("DEV::DeviceDb",
+                                                    "Device id \"%1\" stands twice in \"%2\".")
+                            .arg(d.id, path));
             return false;
         }
         ids.insert(d.id);
         devices << d;
     }
     if (devices.isEmpty()) {
-        fail(error, QStringLiteral("The device database \"%1\" lists no device.").arg(path));
+        fail(error, QCoreApplication::translate("DEV::DeviceDb",
+                                                "The device database \"%1\" lists no device.")
+                        .arg(path));
         return false;
     }
 

@@ -5,6 +5,7 @@
 #include "dev/devicedb.h"
 #include "utils/messages.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QSaveFile>
 #include <QTextCodec>
@@ -31,8 +32,10 @@ bool generateFile(const QString &path, const QStringList &lines, QWidget *parent
     QTextCodec *textCodec = QTextCodec::codecForName(
         codec.isEmpty() ? QByteArray("UTF-8") : codec.toLatin1());
     if (!textCodec) {
-        Utils::showError(parent, QStringLiteral("Unknown text encoding \"%1\" for \"%2\".")
-                                     .arg(codec, QDir::toNativeSeparators(path)));
+        Utils::showMessage(
+            parent, QMessageBox::Critical, QCoreApplication::translate("IPCore", "Error"),
+            QCoreApplication::translate("IPCore", "Unknown text encoding \"%1\" for \"%2\".")
+                .arg(codec, QDir::toNativeSeparators(path)));
         return false;
     }
 
@@ -46,8 +49,10 @@ bool generateFile(const QString &path, const QStringList &lines, QWidget *parent
         if (file.commit())
             return true;
     }
-    Utils::showError(parent, QStringLiteral("Failed to write \"%1\": %2")
-                                 .arg(QDir::toNativeSeparators(path), file.errorString()));
+    Utils::showMessage(parent, QMessageBox::Critical,
+                       QCoreApplication::translate("IPCore", "Error"),
+                       QCoreApplication::translate("IPCore", "Failed to write \"%1\": %2")
+                           .arg(QDir::toNativeSeparators(path), file.errorString()));
     return false;
 }
 

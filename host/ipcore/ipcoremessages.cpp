@@ -1,22 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "ipcore/ipcoremessages.h"
 
+#include "utils/messages.h"
+
 #include <QApplication>
-#include <QMessageBox>
 
 namespace IPCore {
-
-namespace {
-
-bool hasDisplay()
-{
-    if (!qobject_cast<QApplication *>(QCoreApplication::instance()))
-        return false;
-    const QString platform = QGuiApplication::platformName();
-    return platform != QLatin1String("offscreen") && platform != QLatin1String("minimal");
-}
-
-} // namespace
 
 void showErrorMsgs(const QString &title, const QStringList &errors)
 {
@@ -25,17 +14,15 @@ void showErrorMsgs(const QString &title, const QStringList &errors)
         if (!error.isEmpty())
             shown << error;
     }
-    if (!hasDisplay()) {
-        QString text = title;
-        for (const QString &error : qAsConst(shown))
-            text += QString(QStringLiteral("\n    ") + error);
-        qCritical("%s", qPrintable(text));
+    // Sent from deep inside a run, with no window of its own: where nobody
+    // could see it, it goes to the message handler at once.
+    if (!Utils::hasDisplay()) {
+        Utils::printMessage(QMessageBox::Critical, title, shown);
         return;
     }
-    QMessageBox box(QMessageBox::Critical, QStringLiteral("Error"), title, QMessageBox::Ok,
-                    QApplication::activeWindow());
-    box.setInformativeText(shown.join(QLatin1Char('\n')));
-    box.exec();
+    Utils::showMessage(QApplication::activeWindow(), QMessageBox::Critical,
+                       QCoreApplication::translate("IPCore", "Error"), title, shown,
+                       Utils::ListShown::UnderText);
 }
 
 } // namespace IPCore

@@ -3,6 +3,7 @@
 
 #include "ipcore/verilognetlist.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -19,27 +20,30 @@ int decode(const QString &base, const QString &input, const QString &output, QSt
     const QString shown = QDir::toNativeSeparators(input.isEmpty() ? source : input);
 
     if (input.isEmpty()) {
-        error = QStringLiteral("No netlist is given to decode.");
+        error = QCoreApplication::translate("IPCore", "No netlist is given to decode.");
         return 1;
     }
     if (!QFileInfo(source).isFile()) {
-        error = QStringLiteral("The netlist \"%1\" does not exist.").arg(shown);
+        error = QCoreApplication::translate("IPCore", "The netlist \"%1\" does not exist.")
+                    .arg(shown);
         return 1;
     }
     QFile in(source);
     if (!in.open(QIODevice::ReadOnly)) {
-        error = QStringLiteral("Cannot read the netlist \"%1\": %2").arg(shown, in.errorString());
+        error = QCoreApplication::translate("IPCore", "Cannot read the netlist \"%1\": %2")
+                    .arg(shown, in.errorString());
         return 1;
     }
     const QString text = QString::fromUtf8(in.readAll());
     if (text.trimmed().isEmpty()) {
-        error = QStringLiteral("The netlist \"%1\" is empty.").arg(shown);
+        error = QCoreApplication::translate("IPCore", "The netlist \"%1\" is empty.").arg(shown);
         return 1;
     }
     const VerilogNetlist netlist(text);
     if (!netlist.error().isEmpty()) {
-        error = QStringLiteral("\"%1\" is no synthesised Verilog netlist: %2.")
-                    .arg(shown, netlist.error());
+        error
+            = QCoreApplication::translate("IPCore", "\"%1\" is no synthesised Verilog netlist: %2.")
+                  .arg(shown, netlist.error());
         return 1;
     }
 
@@ -74,7 +78,7 @@ int decode(const QString &base, const QString &input, const QString &output, QSt
             return 0;
     }
     error
-        = QStringLiteral("Cannot write the netlist \"%1\": %2")
+        = QCoreApplication::translate("IPCore", "Cannot write the netlist \"%1\": %2")
               .arg(QDir::toNativeSeparators(output.isEmpty() ? target : output), out.errorString());
     return 1;
 }

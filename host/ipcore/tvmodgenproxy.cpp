@@ -3,6 +3,7 @@
 
 #include "utils/messages.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -156,6 +157,8 @@ QString scopeKey(const QString &name, bool vhdl)
 
 class Parser
 {
+    Q_DECLARE_TR_FUNCTIONS(IPCore::TvModGenProxy)
+
 public:
     Parser(const QString &fileName, bool vhdl)
         : m_fileName(fileName)
@@ -172,21 +175,20 @@ public:
 private:
     void fail(int number, const QString &text, const QString &why)
     {
-        m_errors
-            << QStringLiteral("%1 line %2: %3: \"%4\"").arg(m_fileName).arg(number).arg(why, text);
+        m_errors << tr("%1 line %2: %3: \"%4\"").arg(m_fileName).arg(number).arg(why, text);
     }
     // Why `name` cannot be the `what` of the line, or empty when it can.
     QString badName(const QString &what, const QString &name) const
     {
         if (!isIdentifier(name, m_design.vhdl))
-            return QString(what + QStringLiteral(" is no identifier"));
+            return tr("%1 is no identifier").arg(what);
         return reservedName(what, name);
     }
     QString reservedName(const QString &what, const QString &name) const
     {
         if (!isReserved(name, m_design.vhdl))
             return QString();
-        return QStringLiteral("%1 \"%2\" is a reserved word of %3")
+        return tr("%1 \"%2\" is a reserved word of %3")
             .arg(what, name, m_design.vhdl ? QStringLiteral("VHDL") : QStringLiteral("Verilog"));
     }
     void parseHeader(int number, const QString &text, const QString &key, const QString &value);
@@ -208,7 +210,7 @@ void Parser::parseLine(int number, const QString &text)
         QStringLiteral("^-([A-Za-z_][A-Za-z0-9_]*)(?:\\s+(.*))?$"));
     const QRegularExpressionMatch match = form.match(line);
     if (!match.hasMatch()) {
-        fail(number, text, QStringLiteral("not of the form \"-key value\""));
+        fail(number, text, tr("not of the form \"-key value\""));
         return;
     }
     const QString key = match.captured(1);
@@ -220,14 +222,14 @@ void Parser::parseLine(int number, const QString &text)
         const int index = m_design.instances.size();
         Instance instance;
         instance.module = value;
-        const QString badModule = badName(QStringLiteral("module name"), value);
+        const QString badModule = badName(tr("module name"), value);
         if (start.captured(1) != QString::number(index))
-            fail(number, text, QStringLiteral("instance number %1 expected").arg(index));
+            fail(number, text, tr("instance number %1 expected").arg(index));
         else if (!badModule.isEmpty())
             fail(number, text, badModule);
         for (const Instance &other : qAsConst(m_design.instances)) {
             if (scopeKey(other.module, m_design.vhdl) == scopeKey(value, m_design.vhdl))
-                fail(number, text, QStringLiteral("module named by an earlier instance"));
+                fail(number, text, tr("module named by an earlier instance"));
         }
         // The instance is kept even when refused, so that its own lines are
         // checked against its name rather than reported as strays.
@@ -243,17 +245,17 @@ void Parser::parseLine(int number, const QString &text)
 void Parser::parseHeader(int number, const QString &text, const QString &key, const QString &value)
 {
     if (!isKey(REQUIRED_KEYS, key) && !isKey(DEVICE_KEYS, key)) {
-        fail(number, text, QStringLiteral("unknown header key"));
+        fail(number, text, tr("unknown header key"));
         return;
     }
     if (m_given.contains(key)) {
-        fail(number, text, QStringLiteral("\"-%1\" given twice").arg(key));
+        fail(number, text, tr("\"-%1\" given twice").arg(key));
         return;
     }
     // A refused line was still given: it is not reported again as missing.
     m_given.insert(key);
     if (key == QLatin1String("mod_name")) {
-        const QString why = badName(QStringLiteral("top module name"), value);
+        const QString why = badName(tr("top module name"), value);
         if (!why.isEmpty()) {
             fail(number, text, why);
             return;
@@ -270,7 +272,7 @@ void Parser::parseHeader(int number, const QString &text, const QString &key, co
     else if (key == QLatin1String("path"))
         ok = !value.isEmpty();
     if (!ok) {
-        fail(number, text, QStringLiteral("invalid value"));
+        fail(number, text, tr("invalid value"));
         return;
     }
     m_design.header.insert(key, value);
@@ -281,7 +283,7 @@ void Parser::parseInstanceLine(int number, const QString &text, const QString &k
 {
     Instance &instance = m_design.instances.last();
     if (!key.startsWith(instance.module)) {
-        fail(number, text, QStringLiteral("not a line of instance \"%1\"").arg(instance.module));
+        fail(number, text, tr("not a line of instance \"%1\"").arg(instance.module));
         return;
     }
     const QString item = key.mid(instance.module.size());
@@ -294,19 +296,19 @@ void Parser::parseInstanceLine(int number, const QString &text, const QString &k
         bool widthOk = false;
         const int width = words.value(1).toInt(&widthOk);
         if (words.size() != 3) {
-            fail(number, text, QStringLiteral("a port takes a direction, a width and a name"));
+            fail(number, text, tr("a port takes a direction, a width and a name"));
             return;
         }
         const Port port{words.at(0), width, words.at(2)};
         // Module and port name may each be fine and still join to a keyword at
         // the top, as "pulsestyle" and "onevent" do.
-        QString why = badName(QStringLiteral("port name"), port.name);
+        QString why = badName(tr("port name"), port.name);
         if (why.isEmpty())
-            why = reservedName(QStringLiteral("top port"), m_design.topPort(instance, port));
+            why = reservedName(tr("top port"), m_design.topPort(instance, port));
         if (!directions.contains(port.direction))
-            fail(number, text, QStringLiteral("direction must be input, output or inout"));
+            fail(number, text, tr("direction must be input, output or inout"));
         else if (!widthOk || width < 1 || width > MAX_PORT_WIDTH)
-            fail(number, text, QStringLiteral("width must be 1 to %1").arg(MAX_PORT_WIDTH));
+            fail(number, text, tr("width must be 1 to %1").arg(MAX_PORT_WIDTH));
         else if (!why.isEmpty())
             fail(number, text, why);
         else
@@ -317,32 +319,32 @@ void Parser::parseInstanceLine(int number, const QString &text, const QString &k
         static const QRegularExpression literal(QStringLiteral("^(-?[0-9]+|\"[^\"\\\\]*\")$"));
         const QString name = words.value(0);
         const QString literalText = value.mid(name.size()).trimmed();
-        const QString why = badName(QStringLiteral("parameter name"), name);
+        const QString why = badName(tr("parameter name"), name);
         if (!why.isEmpty())
             fail(number, text, why);
         else if (!literal.match(literalText).hasMatch())
-            fail(number, text, QStringLiteral("value must be an integer or a quoted string"));
+            fail(number, text, tr("value must be an integer or a quoted string"));
         else
             instance.params << Param{name, literalText};
         return;
     }
     if (item == QLatin1String("EnableDRP")) {
         if (value != QLatin1String("true") && value != QLatin1String("false"))
-            fail(number, text, QStringLiteral("EnableDRP takes true or false"));
+            fail(number, text, tr("EnableDRP takes true or false"));
         return;
     }
-    fail(number, text, QStringLiteral("unknown instance line"));
+    fail(number, text, tr("unknown instance line"));
 }
 
 void Parser::finish()
 {
     for (const char *key : REQUIRED_KEYS) {
         if (!m_given.contains(QLatin1String(key)))
-            m_errors << QStringLiteral("%1: no \"-%2\" line").arg(m_fileName, QLatin1String(key));
+            m_errors << tr("%1: no \"-%2\" line").arg(m_fileName, QLatin1String(key));
     }
     const QString fileType = m_design.value("file_type");
     if (!fileType.isEmpty() && (fileType == QLatin1String("vhdl")) != m_design.vhdl) {
-        m_errors << QStringLiteral("%1: \"-file_type %2\" contradicts the requested %3")
+        m_errors << tr("%1: \"-file_type %2\" contradicts the requested %3")
                         .arg(m_fileName, fileType,
                              m_design.vhdl ? QStringLiteral("VHDL") : QStringLiteral("Verilog"));
     }
@@ -353,13 +355,13 @@ void Parser::finish()
     auto declare = [&](const QString &name, const QString &what) {
         const QString key = scopeKey(name, vhdl);
         if (scope.contains(key)) {
-            m_errors << QStringLiteral("%1: %2 \"%3\" clashes with %4")
+            m_errors << tr("%1: %2 \"%3\" clashes with %4")
                             .arg(m_fileName, what, name, scope.value(key));
         } else {
             scope.insert(key, QString(what + QStringLiteral(" \"") + name + QLatin1Char('"')));
         }
     };
-    declare(m_design.value("mod_name"), QStringLiteral("top module"));
+    declare(m_design.value("mod_name"), tr("top module"));
     QStringList modules;
     for (const Instance &instance : qAsConst(m_design.instances)) {
         // A module named twice was reported with its line already.
@@ -367,20 +369,20 @@ void Parser::finish()
             continue;
         modules << scopeKey(instance.module, vhdl);
         if (scopeKey(instance.module, vhdl) != scopeKey(m_design.value("mod_name"), vhdl))
-            declare(instance.module, QStringLiteral("module"));
+            declare(instance.module, tr("module"));
         else
-            m_errors << QStringLiteral("%1: instance module \"%2\" is the top module")
+            m_errors << tr("%1: instance module \"%2\" is the top module")
                             .arg(m_fileName, instance.module);
-        declare(Design::instanceName(instance), QStringLiteral("instance"));
+        declare(Design::instanceName(instance), tr("instance"));
         QStringList seen;
         for (const Param &param : instance.params) {
             if (seen.contains(scopeKey(param.name, vhdl)))
-                m_errors << QStringLiteral("%1: parameter \"%2\" of \"%3\" set twice")
+                m_errors << tr("%1: parameter \"%2\" of \"%3\" set twice")
                                 .arg(m_fileName, param.name, instance.module);
             seen << scopeKey(param.name, vhdl);
         }
         for (const Port &port : instance.ports)
-            declare(m_design.topPort(instance, port), QStringLiteral("port"));
+            declare(m_design.topPort(instance, port), tr("port"));
     }
 }
 
@@ -641,7 +643,8 @@ QString writeOutputs(const QString &cmdFile, const QString &topPath, const QStri
 {
     const QString source = QDir::toNativeSeparators(cmdFile);
     auto failure = [&](const QSaveFile &file) {
-        return QStringLiteral("%1: cannot write \"%2\": %3. Nothing was written.")
+        return QCoreApplication::translate("IPCore::TvModGenProxy",
+                                           "%1: cannot write \"%2\": %3. Nothing was written.")
             .arg(source, QDir::toNativeSeparators(file.fileName()), file.errorString());
     };
     QSaveFile topFile(topPath);
@@ -660,8 +663,10 @@ QString writeOutputs(const QString &cmdFile, const QString &topPath, const QStri
         if (oldTop.open(QIODevice::ReadOnly))
             previous = oldTop.readAll();
         if (!oldTop.isOpen() || oldTop.error() != QFileDevice::NoError)
-            return QStringLiteral("%1: cannot read \"%2\" to keep it until its successor is "
-                                  "complete: %3. Nothing was written.")
+            return QCoreApplication::translate(
+                       "IPCore::TvModGenProxy",
+                       "%1: cannot read \"%2\" to keep it until its successor is "
+                       "complete: %3. Nothing was written.")
                 .arg(source, QDir::toNativeSeparators(topPath), oldTop.errorString());
         oldTop.close();
     }
@@ -671,8 +676,10 @@ QString writeOutputs(const QString &cmdFile, const QString &topPath, const QStri
         QString error;
         if (restore(topPath, hadTop, previous, &error))
             return failure(templateFile);
-        return QStringLiteral("%1: cannot write \"%2\": %3. \"%4\" was replaced already and "
-                              "cannot be put back: %5.")
+        return QCoreApplication::translate(
+                   "IPCore::TvModGenProxy",
+                   "%1: cannot write \"%2\": %3. \"%4\" was replaced already and "
+                   "cannot be put back: %5.")
             .arg(source, QDir::toNativeSeparators(templatePath), templateFile.errorString(),
                  QDir::toNativeSeparators(topPath), error);
     }
@@ -694,9 +701,9 @@ TvModGenProxy::Result TvModGenProxy::startModGen(const QString &cmdFile, FileTyp
     const bool vhdl = type != Verilog;
     QFile file(cmdFile);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        m_error = QStringLiteral("Cannot read the module generator's command file \"%1\": %2")
+        m_error = tr("Cannot read the module generator's command file \"%1\": %2")
                       .arg(QDir::toNativeSeparators(cmdFile), file.errorString());
-        Utils::showError(nullptr, m_error);
+        Utils::showMessage(nullptr, QMessageBox::Critical, tr("Error"), m_error);
         return CannotRead;
     }
 
@@ -712,12 +719,12 @@ TvModGenProxy::Result TvModGenProxy::startModGen(const QString &cmdFile, FileTyp
     const QFileInfo commandInfo(cmdFile);
     const QDir outDir(commandInfo.absoluteDir().absoluteFilePath(design.value("path")));
     if (errors.isEmpty() && !outDir.exists())
-        errors << QStringLiteral("%1: the output directory \"%2\" does not exist")
+        errors << tr("%1: the output directory \"%2\" does not exist")
                       .arg(QDir::toNativeSeparators(cmdFile),
                            QDir::toNativeSeparators(outDir.path()));
     if (!errors.isEmpty()) {
         m_error = errors.join(QLatin1Char('\n'));
-        Utils::showError(nullptr, m_error);
+        Utils::showMessage(nullptr, QMessageBox::Critical, tr("Error"), m_error);
         return Refused;
     }
 
@@ -728,7 +735,7 @@ TvModGenProxy::Result TvModGenProxy::startModGen(const QString &cmdFile, FileTyp
     m_error = writeOutputs(cmdFile, topPath, vhdl ? vhdlTop(design) : verilogTop(design),
                            templatePath, vhdl ? vhdlTemplate(design) : verilogTemplate(design));
     if (!m_error.isEmpty()) {
-        Utils::showError(nullptr, m_error);
+        Utils::showMessage(nullptr, QMessageBox::Critical, tr("Error"), m_error);
         return CannotWrite;
     }
     if (verbose)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ipcore/verilognetlist.h"
 
+#include <QCoreApplication>
 #include <QRegularExpression>
 
 namespace IPCore {
@@ -47,7 +48,8 @@ QVector<Token> tokenize(const QString &text, QStringList &leading, QString &erro
         } else if (c == QLatin1Char('/') && next == QLatin1Char('*')) {
             const int close = text.indexOf(QLatin1String("*/"), i + 2);
             if (close < 0) {
-                error = QStringLiteral("a comment is not closed");
+                error = QCoreApplication::translate("IPCore::VerilogNetlist",
+                                                    "a comment is not closed");
                 return tokens;
             }
             if (tokens.isEmpty()) {
@@ -59,7 +61,8 @@ QVector<Token> tokenize(const QString &text, QStringList &leading, QString &erro
                    && text.at(i + 2) != QLatin1Char(')')) {
             const int close = text.indexOf(QLatin1String("*)"), i + 2);
             if (close < 0) {
-                error = QStringLiteral("an attribute is not closed");
+                error = QCoreApplication::translate("IPCore::VerilogNetlist",
+                                                    "an attribute is not closed");
                 return tokens;
             }
             i = close + 2;
@@ -95,7 +98,8 @@ QVector<Token> tokenize(const QString &text, QStringList &leading, QString &erro
                    && text.at(end) != QLatin1Char('\n'))
                 end += text.at(end) == QLatin1Char('\\') ? 2 : 1;
             if (end >= size || text.at(end) != QLatin1Char('"')) {
-                error = QStringLiteral("a string is not closed");
+                error = QCoreApplication::translate("IPCore::VerilogNetlist",
+                                                    "a string is not closed");
                 return tokens;
             }
             tokens.append({Token::Other, text.mid(i, end + 1 - i), i});
@@ -172,13 +176,17 @@ VerilogNetlist::VerilogNetlist(const QString &text)
     while (i < count) {
         const Token &token = at(i);
         if (token.kind == Token::Directive) {
-            m_error = QStringLiteral("it holds the compiler directive %1, so it has not been "
-                                     "through synthesis")
+            m_error = QCoreApplication::translate(
+                          "IPCore::VerilogNetlist",
+                          "it holds the compiler directive %1, so it has not been "
+                          "through synthesis")
                           .arg(token.text);
             return;
         }
         if (token.kind != Token::Word || token.text != QLatin1String("module")) {
-            m_error = QStringLiteral("\"%1\" stands outside any module").arg(token.text);
+            m_error = QCoreApplication::translate("IPCore::VerilogNetlist",
+                                                  "\"%1\" stands outside any module")
+                          .arg(token.text);
             return;
         }
 
@@ -186,7 +194,7 @@ VerilogNetlist::VerilogNetlist(const QString &text)
         module.begin = token.pos;
         ++i;
         if (!isName(at(i))) {
-            m_error = QStringLiteral("a module has no name");
+            m_error = QCoreApplication::translate("IPCore::VerilogNetlist", "a module has no name");
             return;
         }
         module.name = at(i++).text;
@@ -210,7 +218,9 @@ VerilogNetlist::VerilogNetlist(const QString &text)
                     range = readRange();
                 }
                 if (!isName(at(i))) {
-                    m_error = QStringLiteral("the port list of %1 cannot be read").arg(module.name);
+                    m_error = QCoreApplication::translate("IPCore::VerilogNetlist",
+                                                          "the port list of %1 cannot be read")
+                                  .arg(module.name);
                     return;
                 }
                 module.ports.append({direction, range, at(i++).text});
@@ -220,7 +230,9 @@ VerilogNetlist::VerilogNetlist(const QString &text)
             ++i;
         }
         if (at(i).text != QLatin1String(";")) {
-            m_error = QStringLiteral("the header of %1 does not end with \";\"").arg(module.name);
+            m_error = QCoreApplication::translate("IPCore::VerilogNetlist",
+                                                  "the header of %1 does not end with \";\"")
+                          .arg(module.name);
             return;
         }
         ++i;
@@ -230,8 +242,10 @@ VerilogNetlist::VerilogNetlist(const QString &text)
         while (i < count && !ended) {
             const Token &body = at(i);
             if (body.kind == Token::Directive) {
-                m_error = QStringLiteral("it holds the compiler directive %1, so it has not been "
-                                         "through synthesis")
+                m_error = QCoreApplication::translate(
+                              "IPCore::VerilogNetlist",
+                              "it holds the compiler directive %1, so it has not been "
+                              "through synthesis")
                               .arg(body.text);
                 return;
             }
@@ -260,20 +274,23 @@ VerilogNetlist::VerilogNetlist(const QString &text)
             ++i;
         }
         if (!ended) {
-            m_error = QStringLiteral("module %1 has no endmodule").arg(module.name);
+            m_error = QCoreApplication::translate("IPCore::VerilogNetlist",
+                                                  "module %1 has no endmodule")
+                          .arg(module.name);
             return;
         }
         for (const Port &port : qAsConst(module.ports)) {
             if (port.direction.isEmpty()) {
-                m_error
-                    = QStringLiteral("port %1 of %2 has no direction").arg(port.name, module.name);
+                m_error = QCoreApplication::translate("IPCore::VerilogNetlist",
+                                                      "port %1 of %2 has no direction")
+                              .arg(port.name, module.name);
                 return;
             }
         }
         m_modules.append(module);
     }
     if (m_modules.isEmpty())
-        m_error = QStringLiteral("it holds no module");
+        m_error = QCoreApplication::translate("IPCore::VerilogNetlist", "it holds no module");
 }
 
 const VerilogNetlist::Module *VerilogNetlist::module(const QString &name) const

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "utils/fileutils.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QSaveFile>
@@ -17,23 +18,23 @@ bool FileUtils::copyFile(const QString &source, const QString &target, QString *
 
     QFile in(source);
     if (!in.open(QIODevice::ReadOnly))
-        return fail(QStringLiteral("Cannot read \"%1\": %2")
+        return fail(QCoreApplication::translate("Utils::FileUtils", "Cannot read \"%1\": %2")
                         .arg(QDir::toNativeSeparators(source), in.errorString()));
     QSaveFile out(target);
     if (!out.open(QIODevice::WriteOnly))
-        return fail(QStringLiteral("Cannot write \"%1\": %2")
+        return fail(QCoreApplication::translate("Utils::FileUtils", "Cannot write \"%1\": %2")
                         .arg(QDir::toNativeSeparators(target), out.errorString()));
     while (!in.atEnd()) {
         const QByteArray chunk = in.read(1 << 16);
         if (chunk.isEmpty() && in.error() != QFile::NoError)
-            return fail(QStringLiteral("Cannot read \"%1\": %2")
+            return fail(QCoreApplication::translate("Utils::FileUtils", "Cannot read \"%1\": %2")
                             .arg(QDir::toNativeSeparators(source), in.errorString()));
         if (out.write(chunk) != chunk.size())
-            return fail(QStringLiteral("Cannot write \"%1\": %2")
+            return fail(QCoreApplication::translate("Utils::FileUtils", "Cannot write \"%1\": %2")
                             .arg(QDir::toNativeSeparators(target), out.errorString()));
     }
     if (!out.commit())
-        return fail(QStringLiteral("Cannot write \"%1\": %2")
+        return fail(QCoreApplication::translate("Utils::FileUtils", "Cannot write \"%1\": %2")
                         .arg(QDir::toNativeSeparators(target), out.errorString()));
     return true;
 }

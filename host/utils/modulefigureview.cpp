@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "utils/modulefigureview.h"
 
+#include <QCoreApplication>
 #include <QFontMetricsF>
 #include <QHelpEvent>
 #include <QPainter>
@@ -35,11 +36,11 @@ QString directionText(PinFigure::Direction direction)
 {
     switch (direction) {
     case PinFigure::Input:
-        return QStringLiteral("input");
+        return QCoreApplication::translate("Utils::ModuleFigureView", "input");
     case PinFigure::Output:
-        return QStringLiteral("output");
+        return QCoreApplication::translate("Utils::ModuleFigureView", "output");
     case PinFigure::Inout:
-        return QStringLiteral("inout");
+        return QCoreApplication::translate("Utils::ModuleFigureView", "inout");
     }
     return QString();
 }
@@ -198,7 +199,7 @@ bool ModuleFigureView::event(QEvent *event)
             const PinFigure &pin = m_pins.at(i);
             QString text = QStringLiteral("%1: %2").arg(pin.label(), directionText(pin.direction));
             if (pin.isBus())
-                text += QStringLiteral(", %1 bits").arg(pin.width);
+                text += tr(", %1 bits").arg(pin.width);
             QToolTip::showText(help->globalPos(), text, this);
             return true;
         }

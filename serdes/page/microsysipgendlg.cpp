@@ -10,6 +10,7 @@
 #include <core/idecore.h>
 #include <dev/chipfilter.h>
 #include <dev/devicedb.h>
+#include <utils/messages.h>
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -134,10 +135,8 @@ void MicroSysIPGenDlg::setDevice(QSettings &settings)
     }
     // There is no way back from here: the dialog goes on with the device it
     // had, and the user learns why the summary is blank.
-    QMessageBox box(QMessageBox::Warning, QStringLiteral("Warning"),
-                    QStringLiteral("IPC file device information is lost."), QMessageBox::Ok, this);
-    box.setWindowIcon(QIcon(QStringLiteral("://image/module.png")));
-    box.exec();
+    Utils::showMessage(this, QMessageBox::Warning, tr("Warning"),
+                       tr("IPC file device information is lost."));
 }
 
 void MicroSysIPGenDlg::showDevice()
@@ -322,7 +321,7 @@ QStringList MicroSysIPGenDlg::checkFileOptions()
 {
     QStringList errors;
     if (m_ui->editCreateIn->text().isEmpty())
-        errors << QStringLiteral("\"Create In\" can not be empty.");
+        errors << tr("\"Create In\" can not be empty.");
     return errors;
 }
 
@@ -332,38 +331,27 @@ bool MicroSysIPGenDlg::checkFileExisting()
         return true;
 
     const QString path = m_ui->editCreateIn->text();
-    const DirectoryAnswer answer = confirmDirectory(this, path, QStringLiteral("Confirm"));
+    const DirectoryAnswer answer = confirmDirectory(this, path, tr("Confirm"));
     if (answer != DirectoryAnswer::NotMade)
         return answer == DirectoryAnswer::Ready;
 
-    QMessageBox box(
-        QMessageBox::NoIcon, QStringLiteral("Error"),
-        QStringLiteral("Failed to create path \"%1\"").arg(QDir::toNativeSeparators(path)),
-        QMessageBox::Ok, this);
-    box.setWindowIcon(QIcon(QStringLiteral("://image/module.png")));
-    box.setIconPixmap(QPixmap(QStringLiteral("://image/exclamation.png")));
-    box.exec();
+    Utils::showMessage(this, QMessageBox::NoIcon, tr("Error"),
+                       tr("Failed to create path \"%1\"").arg(QDir::toNativeSeparators(path)));
     return false;
 }
 
 void MicroSysIPGenDlg::showErrorMsg(const QStringList &errors)
 {
-    QMessageBox box(QMessageBox::Critical, QStringLiteral("Error"),
-                    QStringLiteral("The following errors occurred while customizing IP, plese "
-                                   "check and correct."),
-                    QMessageBox::Ok, this);
-    box.setEscapeButton(QMessageBox::Ok);
-    box.setWindowIcon(QIcon(QStringLiteral("://image/module.png")));
-    box.setIconPixmap(QPixmap(QStringLiteral("://image/exclamation.png")));
-    box.setDetailedText(errors.join(QLatin1Char('\n')));
-    box.exec();
+    Utils::showMessage(this, QMessageBox::NoIcon, tr("Error"),
+                       tr("The following errors occurred while customizing IP, plese "
+                          "check and correct."),
+                       errors);
 }
 
 void MicroSysIPGenDlg::onBtnBrowse()
 {
-    const QString dir
-        = QFileDialog::getExistingDirectory(this, QStringLiteral("Select Directory"),
-                                            m_ui->editCreateIn->text(), QFileDialog::ShowDirsOnly);
+    const QString dir = QFileDialog::getExistingDirectory(
+        this, tr("Select Directory"), m_ui->editCreateIn->text(), QFileDialog::ShowDirsOnly);
     if (dir.isEmpty())
         return;
     // The core always gets a directory of its own inside the chosen one.

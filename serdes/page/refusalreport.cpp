@@ -7,6 +7,7 @@
 #include "protocol/message.h"
 #include "tiers/tier.h"
 
+#include <QCoreApplication>
 #include <QHash>
 #include <QLatin1String>
 
@@ -17,7 +18,7 @@ namespace {
 // Who holds a route, a line or a source without being on the page's list:
 // the page forgets an instance that a second one of the same name replaced,
 // while the model keeps what it holds.
-const char UNLISTED[] = "another instance";
+const char UNLISTED[] = QT_TRANSLATE_NOOP("IPSERDESIP::explainRefusal", "another instance");
 
 bool isTx(const QString &name)
 {
@@ -49,8 +50,8 @@ QString listed(const QStringList &items)
 {
     if (items.size() < 2)
         return items.join(QString());
-    return items.mid(0, items.size() - 1).join(QLatin1String(", ")) + QLatin1String(" and ")
-           + items.last();
+    return QCoreApplication::translate("IPSERDESIP::explainRefusal", "%1 and %2")
+        .arg(items.mid(0, items.size() - 1).join(QLatin1String(", ")), items.last());
 }
 
 // "Q0_LANE2_TX" -> "Q0 Lane2 TX", "Q0_LANE2" -> "Q0 Lane2".
@@ -71,10 +72,12 @@ QString sourceLabel(const QString &name)
 QString elementLabel(serdes &model, const QString &name)
 {
     if (name == QLatin1String(MUX_Q0_TO_Q1))
-        return QStringLiteral("the bridge between the quads");
+        return QCoreApplication::translate("IPSERDESIP::explainRefusal",
+                                           "the bridge between the quads");
     auto *pll = dynamic_cast<PLL *>(model.instances.value(name, nullptr));
     if (pll && pll->quad && name.contains(QLatin1String("CPLL")))
-        return QStringLiteral("the CPLL of %1 Lane%2").arg(pll->quad->name, name.right(1));
+        return QCoreApplication::translate("IPSERDESIP::explainRefusal", "the CPLL of %1 Lane%2")
+            .arg(pll->quad->name, name.right(1));
     QString label = name;
     label.replace(QLatin1String("_MUX"), QLatin1String(" REFMUX"));
     return label.replace(QLatin1Char('_'), QLatin1Char(' '));
@@ -106,9 +109,11 @@ QString holderWords(const QList<Use> &uses)
 {
     QStringList names;
     for (const Use &use : uses) {
-        const QString name = use.owner.isEmpty()
-                                 ? QStringLiteral("this instance's %1").arg(lineLabel(use.line))
-                                 : use.owner;
+        const QString name
+            = use.owner.isEmpty()
+                  ? QCoreApplication::translate("IPSERDESIP::explainRefusal", "this instance's %1")
+                        .arg(lineLabel(use.line))
+                  : use.owner;
         if (!names.contains(name))
             names << name;
     }
@@ -120,8 +125,9 @@ QString lineHolderWords(const QList<Use> &uses)
 {
     QStringList names;
     for (const Use &use : uses) {
-        const QString name
-            = use.owner.isEmpty() ? QStringLiteral("an earlier row of this instance") : use.owner;
+        const QString name = use.owner.isEmpty() ? QCoreApplication::translate(
+                                 "IPSERDESIP::explainRefusal", "an earlier row of this instance")
+                                                 : use.owner;
         if (!names.contains(name))
             names << name;
     }
@@ -288,6 +294,8 @@ struct Clause
 // partial reservations. They serve only to find routes that the table lost.
 class Board
 {
+    Q_DECLARE_TR_FUNCTIONS(IPSERDESIP::explainRefusal)
+
 public:
     Board(serdes &model, const Message &refused, const QList<const Message *> &holders);
 
@@ -466,19 +474,18 @@ QString Board::holding(MUX *mux, const QString &wanted) const
     QString from = sourceLabel(source);
     if (source == wanted) {
         if (MUX *inner = innerOf(mux, pointAt(mux, hold.sel, hold.dir)))
-            from += QStringLiteral(" over ") + elementLabel(m_model, inner->name);
+            from += tr(" over ") + elementLabel(m_model, inner->name);
     }
     auto *pll = dynamic_cast<PLL *>(m_model.instances.value(mux->name, nullptr));
     if (!pll || pll->Mux() != mux)
-        return QStringLiteral("is held by %1 for %2").arg(holderWords(hold.uses), from);
+        return tr("is held by %1 for %2").arg(holderWords(hold.uses), from);
     QStringList rates;
     for (const Use &use : hold.uses) {
         if (use.rate.toDouble() != 0 && !rates.contains(numberText(use.rate)))
             rates << numberText(use.rate);
     }
-    const QString at
-        = rates.isEmpty() ? QString() : QStringLiteral(" at %1 Gbps").arg(listed(rates));
-    return QStringLiteral("runs from %1%2 for %3").arg(from, at, holderWords(hold.uses));
+    const QString at = rates.isEmpty() ? QString() : tr(" at %1 Gbps").arg(listed(rates));
+    return tr("runs from %1%2 for %3").arg(from, at, holderWords(hold.uses));
 }
 
 Clause Board::unroutable(const RowPlan &row, const LinePlan &plan, const QString *via) const
@@ -504,27 +511,24 @@ Clause Board::unroutable(const RowPlan &row, const LinePlan &plan, const QString
             if (dynamic_cast<PLL *>(m_model.instances.value(plan.pll, nullptr)))
                 over.prepend(elementLabel(m_model, plan.pll));
             else
-                without = QStringLiteral(" without a PLL");
+                without = tr(" without a PLL");
         }
         return {subject,
-                QStringLiteral("has no route from %1%2%3 on this device")
-                    .arg(ref, over.isEmpty() ? QString() : QStringLiteral(" over ") + listed(over),
-                         without)};
+                tr("has no route from %1%2%3 on this device")
+                    .arg(ref, over.isEmpty() ? QString() : tr(" over ") + listed(over), without)};
     }
-    QString cannot = QStringLiteral("cannot reach ") + ref;
+    QString cannot = tr("cannot reach ") + ref;
     if (!plan.option.isEmpty())
-        cannot += QStringLiteral(" over ") + elementLabel(m_model, plan.option);
+        cannot += tr(" over ") + elementLabel(m_model, plan.option);
     if (found.size() == 1) {
         MUX *mux = found.first();
-        const QString name
-            = mux->name == plan.option ? QStringLiteral("it") : elementLabel(m_model, mux->name);
+        const QString name = mux->name == plan.option ? tr("it") : elementLabel(m_model, mux->name);
         return {subject, QStringLiteral("%1: %2 %3").arg(cannot, name, holding(mux, row.refName))};
     }
     QStringList each;
     for (MUX *mux : qAsConst(found))
         each << elementLabel(m_model, mux->name) + QLatin1Char(' ') + holding(mux, row.refName);
-    return {subject,
-            QStringLiteral("%1: no mux that reaches it is free, %2").arg(cannot, listed(each))};
+    return {subject, tr("%1: no mux that reaches it is free, %2").arg(cannot, listed(each))};
 }
 
 // A PLL runs at one rate, which the model does not compare.
@@ -545,7 +549,7 @@ QString Board::rateConflict(const LinePlan &plan) const
     }
     if (others.isEmpty())
         return QString();
-    return QStringLiteral("cannot use %1 at %2 Gbps: it runs at %3 Gbps for %4")
+    return tr("cannot use %1 at %2 Gbps: it runs at %3 Gbps for %4")
         .arg(elementLabel(m_model, plan.pll), numberText(plan.rate), listed(rates),
              holderWords(others));
 }
@@ -712,7 +716,7 @@ bool Board::recordedFits(const Holding &holding) const
 // for still hold their muxes, lines and source.
 void Board::addUnlisted()
 {
-    const QString owner = QLatin1String(UNLISTED);
+    const QString owner = tr(UNLISTED);
     for (auto it = m_routes.cbegin(); it != m_routes.cend(); ++it) {
         const QStringList &route = it.value();
         if (m_lines.contains(it.key()) || m_requested.contains(it.key()) || route.size() < 2)
@@ -737,7 +741,7 @@ QString Board::place(const RowPlan &row)
         const QList<Use> uses = m_lines.value(plan.line->name);
         if (!uses.isEmpty()) {
             clauses << Clause{lineLabel(plan.line->name),
-                              QStringLiteral("is already held by ") + lineHolderWords(uses)};
+                              tr("is already held by ") + lineHolderWords(uses)};
             taken << plan.line;
         }
     }
@@ -747,7 +751,7 @@ QString Board::place(const RowPlan &row)
     const SourceHold source = m_sources.value(row.refName);
     if (!source.uses.isEmpty() && source.freq != row.freq) {
         clauses << Clause{row.label,
-                          QStringLiteral("cannot use %1 at %2 MHz: it runs at %3 MHz for %4")
+                          tr("cannot use %1 at %2 MHz: it runs at %3 MHz for %4")
                               .arg(sourceLabel(row.refName), numberText(row.freqText),
                                    numberText(source.freqText), holderWords(source.uses))};
     } else {
@@ -824,7 +828,8 @@ QStringList explainRefusal(serdes *model, const Message &refused,
         if (planRow(*model, refused, i, row))
             sentence = board.place(row);
         else
-            sentence = QStringLiteral("%1 has no route from %2 on this device.")
+            sentence = QCoreApplication::translate("IPSERDESIP::explainRefusal",
+                                                   "%1 has no route from %2 on this device.")
                            .arg(row.label, sourceLabel(row.refName));
         if (!sentence.isEmpty())
             sentences << sentence;

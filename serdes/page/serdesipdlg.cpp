@@ -7,7 +7,6 @@
 #include "model/serdesip_common.h"
 #include "page/configurationreport.h"
 #include "page/refusalreport.h"
-#include "plugin/messagebox.h"
 #include "plugin/serdesipconstants.h"
 #include "protocol/baseprotocol.h"
 #include "protocol/m_treecomboboxwidget.h"
@@ -27,6 +26,7 @@
 #include <ipcore/tvmodgenproxy.h>
 #include <te/flowmanager.h>
 #include <te/taskengine.h>
+#include <utils/messages.h>
 
 #include "ui_microsysipgendlg.h"
 #include "ui_serdesipdlg.h"
@@ -317,7 +317,7 @@ double serdesipdlg::chooseHue() const
 
 void serdesipdlg::showModelError(const QString &err)
 {
-    QMessageBox::critical(this, QStringLiteral("Error"), err, QMessageBox::Ok);
+    Utils::showMessage(this, QMessageBox::Critical, tr("Error"), err);
 }
 
 bool serdesipdlg::addIP(Message *msg, BaseProtocol *proto, const QMap<QString, QVariant> &args)
@@ -415,8 +415,8 @@ void serdesipdlg::showUnrestored()
                                   "hold nothing on the device, and OK keeps them in the file as "
                                   "they were:")
                                    .arg(m_unrestored.size());
-    showOkBox(this, QMessageBox::Warning, tr("Warning"),
-              what + QStringLiteral("\n\n") + lines.join(QLatin1Char('\n')));
+    Utils::showMessage(this, QMessageBox::Warning, tr("Warning"),
+                       what + QStringLiteral("\n\n") + lines.join(QLatin1Char('\n')));
 }
 
 void serdesipdlg::reject()
@@ -638,8 +638,8 @@ bool serdesipdlg::writeReport(const QString &path)
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)
         || file.write(QJsonDocument(report).toJson()) < 0 || !file.commit()) {
-        qCritical("Cannot write the report \"%s\": %s", qPrintable(QDir::toNativeSeparators(path)),
-                  qPrintable(file.errorString()));
+        qCritical("%s", qPrintable(tr("Cannot write the report \"%1\": %2")
+                                       .arg(QDir::toNativeSeparators(path), file.errorString())));
         return false;
     }
     return true;
@@ -658,17 +658,17 @@ bool serdesipdlg::writeSchematic(const QString &path)
 void serdesipdlg::accept()
 {
     if (m_args.isEmpty()) {
-        QMessageBox::warning(this, QStringLiteral("Warning"),
-                             QStringLiteral("need to generate Protocol IP"), QMessageBox::Ok);
+        Utils::showMessage(this, QMessageBox::Warning, tr("Warning"),
+                           tr("need to generate Protocol IP"));
         return;
     }
     // Names from a file decide where things are written: nothing is written
     // unless every one of them keeps to the core's folder.
     const QStringList problems = nameProblems();
     if (!problems.isEmpty()) {
-        showOkBox(this, QMessageBox::Critical, tr("Error"),
-                  tr("Nothing was written, because these names cannot be used:")
-                      + QStringLiteral("\n") + problems.join(QLatin1Char('\n')));
+        Utils::showMessage(this, QMessageBox::Critical, tr("Error"),
+                           tr("Nothing was written, because these names cannot be used:")
+                               + QStringLiteral("\n") + problems.join(QLatin1Char('\n')));
         return;
     }
     serdes::instance()->setWorkingDir(createPath());
@@ -784,7 +784,7 @@ bool serdesipdlg::generateTopModule(const QStringList &modLines, QString &topFil
     const QString suffix = vhdl ? QStringLiteral(".vhd") : QStringLiteral(".v");
     const QString top = createPath() + QLatin1Char('/') + fileName() + suffix;
     if (!QFileInfo::exists(top)) {
-        showOkBox(this, QMessageBox::Warning, tr("Warning"), tr("Generation failed!"));
+        Utils::showMessage(this, QMessageBox::Warning, tr("Warning"), tr("Generation failed!"));
         return false;
     }
     topFile = QFileInfo(top).canonicalFilePath();
@@ -850,7 +850,7 @@ bool serdesipdlg::prepareForUparArbiter(QMap<QString, QVariant> &args,
     info.insert(QLatin1String(IPCore::Info::KEY_DATADIRECTORY),
                 QString(m_info.value(QLatin1String(IPCore::Info::KEY_DATADIRECTORY)).toString()
                         + QStringLiteral("/Upar_Arbiter")));
-    info.insert(QLatin1String(IPCore::Info::KEY_LABEL), QStringLiteral("SerDes Upar Arbiter"));
+    info.insert(QLatin1String(IPCore::Info::KEY_LABEL), tr("SerDes Upar Arbiter"));
 
     const QStringList define{
         QStringLiteral("`define MODULE_NAME %1").arg(moduleName())};
@@ -894,9 +894,9 @@ bool serdesipdlg::setupArgs()
 
     const QString path = createPath() + QLatin1Char('/') + fileName() + QStringLiteral(".ipc");
     const auto refuse = [this, &path](const QString &reason) {
-        showOkBox(this, QMessageBox::Critical, tr("Error"),
-                  tr("The configuration file %1 cannot be written: %2")
-                      .arg(QDir::toNativeSeparators(path), reason));
+        Utils::showMessage(this, QMessageBox::Critical, tr("Error"),
+                           tr("The configuration file %1 cannot be written: %2")
+                               .arg(QDir::toNativeSeparators(path), reason));
         return false;
     };
     {
@@ -970,9 +970,9 @@ bool serdesipdlg::parseData(const QString &file)
         showUnrestored();
         return true;
     }
-    showOkBox(this, QMessageBox::NoIcon, QStringLiteral("Error"),
-              QStringLiteral("This version of specified IP Config file is incompatible with "
-                             "current IP Core Generator."));
+    Utils::showMessage(this, QMessageBox::NoIcon, tr("Error"),
+                       tr("This version of specified IP Config file is incompatible with "
+                          "current IP Core Generator."));
     return false;
 }
 

@@ -9,6 +9,7 @@
 #include <core/idecore.h>
 #include <dev/devicedb.h>
 #include <ipcore/ipcorefile.h>
+#include <utils/messages.h>
 
 #include <QDesktopServices>
 #include <QDir>
@@ -24,10 +25,6 @@
 namespace IPSERDESIP {
 
 namespace {
-
-// The generator's own images, which every core's dialogs share.
-const char kModuleIcon[] = ":/coregen/image/module.png";
-const char kErrorImage[] = ":/coregen/image/exclamation.png";
 
 // Past the third the ending is always "th" ("m_21th", not "m_21st"): module
 // names already saved in configurations were formed this way.
@@ -48,18 +45,6 @@ QString numberedModuleName(const QString &base, int n)
 QString nativeDir(const QString &path)
 {
     return QDir::toNativeSeparators(QDir(path).path());
-}
-
-void showImageBox(QWidget *parent, const QString &title, const QString &text,
-                  const QString &details = QString())
-{
-    QMessageBox box(QMessageBox::NoIcon, title, text, QMessageBox::Ok, parent);
-    box.setEscapeButton(QMessageBox::Ok);
-    box.setWindowIcon(QIcon(QLatin1String(kModuleIcon)));
-    box.setIconPixmap(QPixmap(QLatin1String(kErrorImage)));
-    if (!details.isNull())
-        box.setDetailedText(details);
-    box.exec();
 }
 
 } // namespace
@@ -298,10 +283,8 @@ void protocolGenDlg::setDevice(const QMap<QString, QVariant> &args)
         showDevice();
         return;
     }
-    QMessageBox box(QMessageBox::Warning, QStringLiteral("Warning"),
-                    QStringLiteral("IPC file device information is lost."), QMessageBox::Ok, this);
-    box.setWindowIcon(QIcon(QLatin1String(kModuleIcon)));
-    box.exec();
+    Utils::showMessage(this, QMessageBox::Warning, tr("Warning"),
+                       tr("IPC file device information is lost."));
 }
 
 void protocolGenDlg::showDevice()
@@ -321,9 +304,8 @@ void protocolGenDlg::setCreatPath(const QString &text)
 
 void protocolGenDlg::onBtnBrowse()
 {
-    const QString dir
-        = QFileDialog::getExistingDirectory(this, QStringLiteral("Select Directory"),
-                                            m_ui->editCreateIn->text(), QFileDialog::ShowDirsOnly);
+    const QString dir = QFileDialog::getExistingDirectory(
+        this, tr("Select Directory"), m_ui->editCreateIn->text(), QFileDialog::ShowDirsOnly);
     if (dir.isEmpty())
         return;
     // The default name, not the field's: every instance gets a directory of
@@ -340,11 +322,11 @@ QStringList protocolGenDlg::checkFileOptions()
 {
     QStringList errors;
     if (m_ui->editFileName->text().isEmpty())
-        errors << QStringLiteral("\"File Name\" can not be empty.");
+        errors << tr("\"File Name\" can not be empty.");
     if (m_ui->editCreateIn->text().isEmpty())
-        errors << QStringLiteral("\"Create In\" can not be empty.");
+        errors << tr("\"Create In\" can not be empty.");
     if (m_ui->editModuleName->text().isEmpty())
-        errors << QStringLiteral("\"Module Name\" can not be empty.");
+        errors << tr("\"Module Name\" can not be empty.");
     return errors;
 }
 
@@ -354,12 +336,11 @@ bool protocolGenDlg::checkFileExisting()
         return true;
 
     const QString path = m_ui->editCreateIn->text();
-    const DirectoryAnswer answer = confirmDirectory(this, path, QStringLiteral("Warning"));
+    const DirectoryAnswer answer = confirmDirectory(this, path, tr("Warning"));
     if (answer != DirectoryAnswer::NotMade)
         return answer == DirectoryAnswer::Ready;
-    showImageBox(
-        this, QStringLiteral("Error"),
-        QStringLiteral("Failed to create path \"%1\"").arg(QDir::toNativeSeparators(path)));
+    Utils::showMessage(this, QMessageBox::NoIcon, tr("Error"),
+                       tr("Failed to create path \"%1\"").arg(QDir::toNativeSeparators(path)));
     return false;
 }
 
@@ -367,17 +348,17 @@ bool protocolGenDlg::checkModuleName()
 {
     if (!IPCore::getPrimitiveNames().contains(m_ui->editModuleName->text()))
         return true;
-    showImageBox(this, QStringLiteral("Error"),
-                 QStringLiteral("Moudle name is the same as primitive name !"));
+    Utils::showMessage(this, QMessageBox::NoIcon, tr("Error"),
+                       tr("Moudle name is the same as primitive name !"));
     return false;
 }
 
 void protocolGenDlg::showErrorMsg(const QStringList &errors)
 {
-    showImageBox(this, QStringLiteral("Error"),
-                 QStringLiteral("The following errors occurred while customizing IP, plese check "
-                                "and correct."),
-                 errors.join(QLatin1Char('\n')));
+    Utils::showMessage(this, QMessageBox::NoIcon, tr("Error"),
+                       tr("The following errors occurred while customizing IP, plese check "
+                          "and correct."),
+                       errors);
 }
 
 } // namespace IPSERDESIP

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "reconfig/reconfiguration.h"
 
-#include "plugin/messagebox.h"
 #include "plugin/serdesipconstants.h"
 #include "reconfig/csrtask.h"
 #include "tiers/tier.h"
 #include "ui_reconfiguration.h"
+
+#include <utils/messages.h>
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -45,9 +46,10 @@ QString refMuxSelect(const QComboBox *box)
                                                           : QStringLiteral("1");
 }
 
+// The first item is "Auto", which a translation may word differently.
 QString manualSelect(const QComboBox *box)
 {
-    return box->currentText() == QLatin1String("Auto") ? QStringLiteral("0") : QStringLiteral("1");
+    return box->currentIndex() == 0 ? QStringLiteral("0") : QStringLiteral("1");
 }
 
 } // namespace
@@ -56,7 +58,7 @@ reconfiguration::reconfiguration(QWidget *parent)
     : QDialog(parent)
     , ui(new Ui_configUI)
 {
-    setWindowTitle(QStringLiteral("Reconfiguration"));
+    setWindowTitle(tr("Reconfiguration"));
     // The values go to the generator as the spin boxes show them, and it reads
     // numbers with a decimal point whatever the user's locale.
     setLocale(QLocale::c());
@@ -301,7 +303,8 @@ void reconfiguration::onExport()
                      [](const Task &task) { return task.enable->isChecked(); }))
         missing << tr("No task is enabled. Check \"Enable\" for at least one task to export.");
     if (!missing.isEmpty()) {
-        showOkBox(this, QMessageBox::Warning, tr("Warning"), missing.join(QLatin1Char('\n')));
+        Utils::showMessage(this, QMessageBox::Warning, tr("Warning"),
+                           missing.join(QLatin1Char('\n')));
         return;
     }
 
@@ -309,8 +312,8 @@ void reconfiguration::onExport()
         = m_exportDirectory.isEmpty()
               ? QStringLiteral("reconfigure.csr")
               : QDir(m_exportDirectory).filePath(QStringLiteral("reconfigure.csr"));
-    const QString fileName = QFileDialog::getSaveFileName(this, QStringLiteral("Export File"),
-                                                          proposal, QStringLiteral("CSR(*.csr)"));
+    const QString fileName
+        = QFileDialog::getSaveFileName(this, tr("Export File"), proposal, tr("CSR(*.csr)"));
     if (fileName.isEmpty())
         return;
 
@@ -330,8 +333,8 @@ void reconfiguration::onExport()
     const QString shownName = QDir::toNativeSeparators(fileName);
     QSaveFile file(fileName);
     if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size() || !file.commit()) {
-        showOkBox(this, QMessageBox::NoIcon, tr("Error"),
-                  tr("Failed to write \"%1\": %2").arg(shownName, file.errorString()));
+        Utils::showMessage(this, QMessageBox::NoIcon, tr("Error"),
+                           tr("Failed to write \"%1\": %2").arg(shownName, file.errorString()));
         return;
     }
     if (!ok)
@@ -344,7 +347,7 @@ void reconfiguration::onExport()
     const QString text = writes == 1 ? tr("Exported 1 register write to \"%1\".").arg(shownName)
                                      : tr("Exported %1 register writes to \"%2\".")
                                            .arg(QString::number(writes), shownName);
-    showOkBox(this, QMessageBox::Information, tr("Export"), text);
+    Utils::showMessage(this, QMessageBox::Information, tr("Export"), text);
 }
 
 QByteArray reconfiguration::runProcessAndGetCsr(const QStringList &args, bool &ok)
@@ -353,9 +356,9 @@ QByteArray reconfiguration::runProcessAndGetCsr(const QStringList &args, bool &o
                          + QLatin1String(APP_SERDES_CSR_TASK_GEN);
     const QString cleaned = QDir::cleanPath(path);
     if (!QFile::exists(cleaned)) {
-        showOkBox(this, QMessageBox::NoIcon, tr("Error"),
-                  tr("Can not find %1, please check your installation.")
-                      .arg(QDir::toNativeSeparators(cleaned)));
+        Utils::showMessage(this, QMessageBox::NoIcon, tr("Error"),
+                           tr("Can not find %1, please check your installation.")
+                               .arg(QDir::toNativeSeparators(cleaned)));
         ok = false;
         return {};
     }
@@ -380,7 +383,7 @@ QByteArray reconfiguration::runProcessAndGetCsr(const QStringList &args, bool &o
         qCritical("%s", qPrintable(text));
         const QString report = csrToolReport(text);
         qDebug("%s", qPrintable(report));
-        showOkBox(this, QMessageBox::NoIcon, tr("Error"), report);
+        Utils::showMessage(this, QMessageBox::NoIcon, tr("Error"), report);
         ok = false;
         return {};
     }

@@ -4,7 +4,6 @@
 #include "views/schematiclayout.h"
 
 #include <QPainter>
-#include <QTextOption>
 
 namespace IPSERDESIP {
 
@@ -21,16 +20,12 @@ QRectF BoxItem::boundingRect() const
 
 void BoxItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
 {
-    painter->save();
     setZValue(schematic::BOX_Z);
     QPen pen(Qt::black);
     pen.setWidth(schematic::BOX_PEN_WIDTH);
-    painter->setPen(pen);
-    painter->setBrush(Qt::NoBrush);
+    beginShape(painter, pen, Qt::NoBrush);
     painter->drawRect(rect);
-    useCaptionFont(painter);
-    painter->drawText(rect, label, QTextOption(Qt::AlignHCenter | Qt::AlignTop));
-    painter->restore();
+    endShape(painter, label, rect, Qt::AlignHCenter | Qt::AlignTop);
 }
 
 } // namespace IPSERDESIP

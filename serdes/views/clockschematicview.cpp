@@ -4,12 +4,11 @@
 #include "tiers/tierdata.h"
 #include "views/boxitem.h"
 #include "views/clockgraphicview.h"
-#include "views/lineitem.h"
-#include "views/muxitem.h"
+#include "views/item.h"
 #include "views/netitem.h"
-#include "views/pllitem.h"
-#include "views/refclkitem.h"
 #include "views/schematiclayout.h"
+
+#include <utils/messages.h>
 
 #include <QContextMenuEvent>
 #include <QDir>
@@ -330,7 +329,7 @@ void clockSchematicView::saveImageAs()
     m_saveDirectory = QFileInfo(fileName).absolutePath();
     QString error;
     if (!saveImage(fileName, error))
-        QMessageBox::critical(this, tr("Error"), error);
+        Utils::showMessage(this, QMessageBox::Critical, tr("Error"), error);
 }
 
 void clockSchematicView::contextMenuEvent(QContextMenuEvent *event)

@@ -6,8 +6,11 @@
 #include <QColor>
 #include <QGraphicsItem>
 #include <QList>
+#include <QString>
 
+class QBrush;
 class QPainter;
+class QPen;
 
 namespace IPSERDESIP {
 
@@ -23,17 +26,23 @@ enum SchematicItemType {
 
 // A node of the clock schematic: a fixed shape with an in point on its left
 // and an out point on its right, in scene coordinates, and the nodes that
-// wires join it to.
+// wires join it to. The kinds of node differ only in their shape, which
+// follows from the kind.
 class SERDESIP_TEST_EXPORT Item : public QGraphicsItem
 {
 public:
-    explicit Item(QGraphicsItem *parent = nullptr);
+    Item(SchematicItemType kind, QString label, QGraphicsItem *parent = nullptr);
     ~Item() override;
 
-    virtual QPointF inPointF() const = 0;
-    virtual QPointF outPointF() const = 0;
-    virtual void setColor(QColor color) = 0;
+    QRectF boundingRect() const override;
+    void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
+    int type() const override { return m_kind; }
 
+    QPointF inPointF() const;
+    QPointF outPointF() const;
+    void setColor(QColor color);
+
+    QString label;
     QColor color;
     QList<Item *> outs;
     QList<Item *> ins;
@@ -41,12 +50,39 @@ public:
     // leaves a line, so a line keeps 0.
     int trunkOffset = 0;
 
-protected:
-    // Saves the painter and sets the outline and the fill.
-    void beginShape(QPainter *painter) const;
-    // Writes the label and restores the painter.
-    void endShape(QPainter *painter, const QString &label, const QRectF &textRect) const;
+private:
+    SchematicItemType m_kind;
 };
+
+// A node of one kind, with the Type that qgraphicsitem_cast asks for.
+template<SchematicItemType Kind>
+class NodeItem : public Item
+{
+public:
+    enum { Type = Kind };
+
+    explicit NodeItem(QString label, QGraphicsItem *parent = nullptr)
+        : Item(Kind, std::move(label), parent)
+    {}
+};
+
+// A reference clock source: a reference pin or a fabric clock, drawn as an
+// arrow into the quad.
+using RefClkItem = NodeItem<RefClkItemType>;
+// A reference clock mux.
+using MuxItem = NodeItem<MuxItemType>;
+// A channel or quad PLL.
+using PLLItem = NodeItem<PLLItemType>;
+// A TX or RX line of a lane: where a clock path ends.
+using LineItem = NodeItem<LineItemType>;
+
+// A shape of the schematic, node or box, is drawn between these two. The
+// first saves the painter and sets the outline's pen and the fill; the second
+// writes `label` over `caption` in black in the captions' font and restores
+// the painter.
+void beginShape(QPainter *painter, const QPen &pen, const QBrush &fill);
+void endShape(QPainter *painter, const QString &label, const QRectF &caption,
+              Qt::Alignment alignment);
 
 // Sets the captions' font: a fixed size in pixels, so that a picture saved
 // without a window reads as the window does, whatever the platform's fonts.

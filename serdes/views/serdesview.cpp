@@ -7,6 +7,8 @@
 #include "views/graphicsview.h"
 #include "views/serdesitem.h"
 
+#include <utils/messages.h>
+
 #include <QGraphicsScene>
 #include <QGraphicsTextItem>
 #include <QMessageBox>
@@ -220,8 +222,7 @@ void serdesView::zoomIn()
 void serdesView::deleteEditItem(const QString &name)
 {
     const QString text = tr("Delete Item");
-    if (QMessageBox::question(this, text, text, QMessageBox::Ok, QMessageBox::Cancel)
-        == QMessageBox::Ok)
+    if (Utils::ask(this, text, text, QMessageBox::Ok | QMessageBox::Cancel) == QMessageBox::Ok)
         emit sigDeleteItem(name);
 }
 

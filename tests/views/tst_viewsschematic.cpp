@@ -10,7 +10,6 @@
 #include "views/clockschematicview.h"
 #include "views/item.h"
 #include "views/netitem.h"
-#include "views/refclkitem.h"
 
 #include <QFileDialog>
 #include <QGraphicsScene>
