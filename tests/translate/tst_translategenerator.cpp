@@ -447,12 +447,6 @@ void tst_Generator::writer()
     QCOMPARE(twoQuads.mid(twoQuads.indexOf("[q1.ln0]"), 3),
              (QStringList{"[q1.ln0]", "enable = true", ""}));
     QCOMPARE(writer.getErrStringList(), QStringList());
-
-    const QString unwritable = m_work->filePath("no/such/dir/serdes_tmp.toml");
-    const QString error = QDir::toNativeSeparators(unwritable) + ":\nFailed to write file.";
-    QTest::ignoreMessage(QtCriticalMsg, qPrintable(error));
-    QVERIFY(!writer.generateTOML_370k(unwritable, lines));
-    QCOMPARE(writer.getErrStringList(), QStringList{error});
 }
 
 void tst_Generator::txFfe_data()
