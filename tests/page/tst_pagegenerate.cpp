@@ -19,6 +19,7 @@
 #include <te/flowmanager.h>
 #include <te/taskengine.h>
 
+#include "hdlcompile.h"
 #include "testfiles.h"
 
 #include <QDir>
@@ -395,15 +396,17 @@ void tst_PageGenerate::vhdlCore_data()
     // Null when the core is generated.
     QTest::addColumn<QString>("refusal");
 
-    QTest::newRow("without DRP") << QStringList{} << QString();
+    QTest::newRow("without DRP") << QStringList{"-a_port input 4 txd", "-a_port output 1 ready",
+                                                "-a_param LANES 2"}
+                                 << QString();
     QTest::newRow("DRP refused") << QStringList{"-aEnableDRP true"}
                                  << "The synthesis of \\~upar_arbiter_wrap.SerDes_Top failed.\n"
                                     "    yosys writes no VHDL netlist; generate the core in Verilog.";
 }
 
 // A configuration in VHDL keeps its language through the page: its top file
-// and template are VHDL, the arbiter's synthesis is asked for VHDL and
-// refuses, and the file is saved in VHDL again.
+// and template are VHDL that GHDL takes, the arbiter's synthesis is asked for
+// VHDL and refuses, and the file is saved in VHDL again.
 void tst_PageGenerate::vhdlCore()
 {
     QFETCH(QStringList, mod);
@@ -418,6 +421,18 @@ void tst_PageGenerate::vhdlCore()
     QCOMPARE(QFile::exists(path("serdes.vhd")), refusal.isNull());
     QCOMPARE(QFile::exists(path("serdes_tmp.vhd")), refusal.isNull());
     QVERIFY(!QFile::exists(path("serdes.v")));
+    if (!refusal.isNull())
+        return;
+    // The instance's module as the protocol would write it in VHDL.
+    QVERIFY(writeFile(path("a.vhd"), "library ieee;\nuse ieee.std_logic_1164.all;\nentity a is "
+                                     "generic (LANES : integer); port (txd : in std_logic_vector(3 "
+                                     "downto 0); ready : out std_logic); end;\n"
+                                     "architecture stub of a is begin ready <= '0'; end;\n"));
+    QVERIFY(writeFile(path("user.vhd"), vhdlUser(readAll(path("serdes_tmp.vhd")),
+                                                 "signal a_txd : std_logic_vector(3 downto 0);\n"
+                                                 "signal a_ready : std_logic;\n")));
+    const QString error = compileVhdl({"a.vhd", "serdes.vhd", "user.vhd"}, "user", m_dir);
+    QVERIFY2(error.isEmpty(), qPrintable(error));
 }
 
 QTEST_MAIN(tst_PageGenerate)
