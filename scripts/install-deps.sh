@@ -8,7 +8,7 @@
 set -euo pipefail
 
 packages=(build-essential cmake qtbase5-dev libqt5svg5-dev libqt5webkit5-dev
-          libtomlplusplus-dev libbenchmark-dev iverilog yosys)
+          libtomlplusplus-dev libbenchmark-dev iverilog yosys ghdl)
 if [[ "${1:-}" == "--desktop" ]]; then
     packages+=(xvfb xauth x11-apps imagemagick fonts-dejavu-core)
 fi

@@ -7,6 +7,8 @@
 #include <QDirIterator>
 #include <QFile>
 
+#include <algorithm>
+
 inline QByteArray readAll(const QString &path)
 {
     QFile file(path);
@@ -33,4 +35,23 @@ inline bool copyTree(const QString &from, const QString &to)
             return false;
     }
     return true;
+}
+
+// Makes `entries` below `dir`: a name ending in "/" a folder, any other a file
+// holding "old <name>", as an earlier run might have left them.
+inline bool makeEntries(const QString &dir, const QStringList &entries)
+{
+    return std::all_of(entries.cbegin(), entries.cend(), [&dir](const QString &entry) {
+        return entry.endsWith('/') ? QDir().mkpath(dir + '/' + entry)
+                                   : writeFile(dir + '/' + entry, "old " + entry.toUtf8());
+    });
+}
+
+// Whether everything makeEntries made is still there as it was.
+inline bool entriesKept(const QString &dir, const QStringList &entries)
+{
+    return std::all_of(entries.cbegin(), entries.cend(), [&dir](const QString &entry) {
+        return entry.endsWith('/') ? QFileInfo(dir + '/' + entry).isDir()
+                                   : readAll(dir + '/' + entry) == "old " + entry.toUtf8();
+    });
 }

@@ -15,6 +15,8 @@
 #include <QTextStream>
 #include <QVector>
 
+#include <limits>
+
 namespace IPCore {
 
 namespace {
@@ -148,6 +150,16 @@ bool isReservedWord(const QString &name)
 }
 
 namespace {
+
+// A generic of type integer takes no more than 32 bits: VHDL tools refuse a
+// wider value when they elaborate the top, long after it was written.
+bool isVhdlInteger(const QString &digits)
+{
+    bool ok = false;
+    const qlonglong value = digits.toLongLong(&ok);
+    return ok && value >= std::numeric_limits<qint32>::min()
+           && value <= std::numeric_limits<qint32>::max();
+}
 
 // VHDL names are case-insensitive, so clashes are found on folded names there.
 QString scopeKey(const QString &name, bool vhdl)
@@ -324,6 +336,9 @@ void Parser::parseInstanceLine(int number, const QString &text, const QString &k
             fail(number, text, why);
         else if (!literal.match(literalText).hasMatch())
             fail(number, text, tr("value must be an integer or a quoted string"));
+        else if (m_design.vhdl && !literalText.startsWith(QLatin1Char('"'))
+                 && !isVhdlInteger(literalText))
+            fail(number, text, tr("value must lie from -2147483648 to 2147483647 in VHDL"));
         else
             instance.params << Param{name, literalText};
         return;

@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: MIT
 //
 // The module generator: what it writes from a command file is checked by
-// compiling it with iverilog against stub instances and the device library's
-// black boxes; what it refuses is checked by its messages.
+// compiling it, Verilog with iverilog against stub instances and the device
+// library's black boxes, VHDL with GHDL against stub entities; what it refuses
+// is checked by its messages.
 
 #include <dev/devicearg.h>
 #include <ipcore/ipcorefile.h>
 #include <ipcore/tvmodgenproxy.h>
 
+#include "hdlcompile.h"
 #include "testfiles.h"
 
 #include <QDir>
-#include <QProcess>
 #include <QRegularExpression>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -44,26 +44,6 @@ QStringList header(const QString &dir, const QString &fileType)
             IPCore::modfileHeader(device())};
 }
 
-// Runs iverilog on `files`; empty on success, else what it said.
-QString compile(const QString &top, const QStringList &files, const QString &dir)
-{
-    const QString iverilog = QStandardPaths::findExecutable(QStringLiteral("iverilog"));
-    if (iverilog.isEmpty())
-        return QStringLiteral("iverilog is not installed (scripts/install-deps.sh)");
-    QProcess process;
-    process.setWorkingDirectory(dir);
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(iverilog, QStringList{QStringLiteral("-g2005"), QStringLiteral("-o"),
-                                        QStringLiteral("a.vvp"), QStringLiteral("-s"), top}
-                                + files);
-    if (!process.waitForFinished(30000))
-        return QStringLiteral("iverilog did not finish");
-    const QString output = QString::fromLocal8Bit(process.readAll()).trimmed();
-    if (process.exitCode() != 0 || !output.isEmpty())
-        return output.isEmpty() ? QStringLiteral("iverilog failed") : output;
-    return QString();
-}
-
 } // namespace
 
 class tst_HostModGen : public QObject
@@ -72,9 +52,8 @@ class tst_HostModGen : public QObject
 
 private slots:
     void initTestCase();
-    void verilogCompiles_data();
-    void verilogCompiles();
-    void vhdl();
+    void compiles_data();
+    void compiles();
     void refusals_data();
     void refusals();
 };
@@ -85,12 +64,18 @@ void tst_HostModGen::initTestCase()
     QVERIFY(QFile::exists(PRIMITIVES));
 }
 
-void tst_HostModGen::verilogCompiles_data()
+void tst_HostModGen::compiles_data()
 {
+    QTest::addColumn<bool>("vhdl");
     QTest::addColumn<QStringList>("instances");
     QTest::addColumn<QByteArray>("stubs");
     QTest::addColumn<QByteArray>("wires"); // the top's ports as a user declares them
 
+    const QStringList two{
+        "-protocol_module_name0 eth",  "-eth_port input 1 refclk_p",  "-eth_port input 1 refclk_n",
+        "-eth_port input 4 txd",       "-eth_port output 4 rxd",      "-eth_port inout 1 mdio",
+        "-eth_param LANES 4",          "-eth_param NAME \"ten gig\"", "-ethEnableDRP true",
+        "-protocol_module_name1 xaui", "-xaui_port input 1 clk",      "-xaui_port output 64 data"};
     // Each stub instantiates the device's primitives, as a protocol's module does.
     const QByteArray eth = "module eth #(parameter integer LANES = 1, parameter NAME = \"x\") (\n"
                            "    input wire refclk_p, input wire refclk_n,\n"
@@ -104,75 +89,77 @@ void tst_HostModGen::verilogCompiles_data()
                             "  SERDES_QUAD q (.UPAR_CLK(clk));\n"
                             "  assign data = 64'd0;\n"
                             "endmodule\n";
-
-    QTest::newRow("two instances, ports, parameters, DRP")
-        << QStringList{"-protocol_module_name0 eth", "-eth_port input 1 refclk_p",
-                       "-eth_port input 1 refclk_n", "-eth_port input 4 txd",
-                       "-eth_port output 4 rxd",     "-eth_port inout 1 mdio",
-                       "-eth_param LANES 4",         "-eth_param NAME \"ten gig\"",
-                       "-ethEnableDRP true",         "-protocol_module_name1 xaui",
-                       "-xaui_port input 1 clk",     "-xaui_port output 64 data"}
-        << QByteArray(eth + xaui)
+    QTest::newRow("Verilog, two instances, ports, parameters, DRP")
+        << false << two << QByteArray(eth + xaui)
         << QByteArray("wire eth_refclk_p, eth_refclk_n, eth_mdio, xaui_clk;\n"
                       "wire [3:0] eth_txd, eth_rxd;\nwire [63:0] xaui_data;\n");
-    QTest::newRow("instance without ports")
-        << QStringList{"-protocol_module_name0 quiet"}
+    QTest::newRow("Verilog, instance without ports")
+        << false << QStringList{"-protocol_module_name0 quiet"}
         << QByteArray("module quiet; SERDES_QUAD q (); endmodule\n") << QByteArray();
+
+    const QByteArray ieee = "library ieee;\nuse ieee.std_logic_1164.all;\n";
+    QTest::newRow("VHDL, two instances, ports, parameters, DRP")
+        << true << two
+        << QByteArray(
+               ieee
+               + "entity eth is generic (LANES : integer; NAME : string); port (\n"
+                 "  refclk_p, refclk_n : in std_logic; txd : in std_logic_vector(3 downto 0);\n"
+                 "  rxd : out std_logic_vector(3 downto 0); mdio : inout std_logic);\n"
+                 "end entity eth;\narchitecture stub of eth is begin rxd <= txd; end;\n"
+               + ieee
+               + "entity xaui is port (clk : in std_logic;\n"
+                 "  data : out std_logic_vector(63 downto 0)); end entity xaui;\n"
+                 "architecture stub of xaui is begin data <= (others => '0'); end;\n")
+        << QByteArray("signal eth_refclk_p, eth_refclk_n, eth_mdio, xaui_clk : std_logic;\n"
+                      "signal eth_txd, eth_rxd : std_logic_vector(3 downto 0);\n"
+                      "signal xaui_data : std_logic_vector(63 downto 0);\n");
+    QTest::newRow("VHDL, instance without ports")
+        << true << QStringList{"-protocol_module_name0 quiet"}
+        << QByteArray("entity quiet is end;\narchitecture stub of quiet is begin end;\n")
+        << QByteArray();
 }
 
-void tst_HostModGen::verilogCompiles()
+// In a folder of non-ASCII name, as a user's project may be.
+void tst_HostModGen::compiles()
 {
+    QFETCH(bool, vhdl);
     QFETCH(QStringList, instances);
     QFETCH(QByteArray, stubs);
     QFETCH(QByteArray, wires);
 
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    const QString command = dir.filePath("serdes.mod");
-    QVERIFY(
-        IPCore::generateFile(command, header(dir.path(), "vlg") + instances, nullptr, QString()));
+    QTemporaryDir tmp;
+    const QString dir = tmp.filePath(QStringLiteral("Pr\u00fcfung \u00fc"));
+    QVERIFY(QDir().mkpath(dir));
+    const QString command = dir + "/serdes.mod";
+    QVERIFY(IPCore::generateFile(command, header(dir, vhdl ? "vhdl" : "vlg") + instances, nullptr,
+                                 QString()));
 
     IPCore::TvModGenProxy proxy;
-    QCOMPARE(proxy.startModGen(command, IPCore::Verilog, false), IPCore::TvModGenProxy::Done);
+    QCOMPARE(proxy.startModGen(command, vhdl ? IPCore::VHDL : IPCore::Verilog, false),
+             IPCore::TvModGenProxy::Done);
     QVERIFY2(proxy.errorString().isEmpty(), qPrintable(proxy.errorString()));
-
-    const QString top = dir.filePath("serdes_top.v");
-    QVERIFY(writeFile(dir.filePath("stubs.v"), stubs));
-    QString error = compile("serdes_top", {top, "stubs.v", PRIMITIVES}, dir.path());
-    QVERIFY2(error.isEmpty(), qPrintable(error));
+    const QString suffix = vhdl ? ".vhd" : ".v";
+    QVERIFY(!QFile::exists(dir + "/serdes_top" + (vhdl ? ".v" : ".vhd")));
+    const QByteArray tmpl = readAll(dir + "/serdes_top_tmp" + suffix);
+    QVERIFY(tmpl.contains("RK9C-880D"));
+    QVERIFY(writeFile(dir + "/stubs" + suffix, stubs));
 
     // The template instantiates the top as it is, and the top has exactly the
-    // ports the command file describes: iverilog warns of any width that differs.
-    QVERIFY(writeFile(dir.filePath("user.v"),
-                      "module user;\n" + wires + "`include \"serdes_top_tmp.v\"\nendmodule\n"));
-    error = compile("user", {"user.v", top, "stubs.v", PRIMITIVES}, dir.path());
+    // ports the command file describes: iverilog warns of any width that
+    // differs, and GHDL binds every component to its entity port by port.
+    QString error;
+    if (vhdl) {
+        QVERIFY(writeFile(dir + "/user.vhd", vhdlUser(tmpl, wires)));
+        error = compileVhdl({"stubs.vhd", "serdes_top.vhd", "user.vhd"}, "user", dir);
+    } else {
+        QVERIFY(writeFile(dir + "/user.v",
+                          "module user;\n" + wires + "`include \"serdes_top_tmp.v\"\nendmodule\n"));
+        error = runQuietly("iverilog",
+                           {"-g2005", "-o", "a.vvp", "-s", "user", "user.v", "serdes_top.v",
+                            "stubs.v", PRIMITIVES},
+                           dir);
+    }
     QVERIFY2(error.isEmpty(), qPrintable(error));
-
-    QVERIFY(QString::fromUtf8(readAll(dir.filePath("serdes_top_tmp.v"))).contains("RK9C-880D"));
-}
-
-void tst_HostModGen::vhdl()
-{
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    const QString command = dir.filePath("serdes.mod");
-    const QStringList lines = header(dir.path(), "vhdl")
-                              + QStringList{"-protocol_module_name0 eth", "-eth_port input 4 txd",
-                                            "-eth_port output 1 ready", "-eth_param LANES 2"};
-    QVERIFY(IPCore::generateFile(command, lines, nullptr, QString()));
-
-    IPCore::TvModGenProxy proxy;
-    QCOMPARE(proxy.startModGen(command, IPCore::VHDL, false), IPCore::TvModGenProxy::Done);
-    QVERIFY(!QFile::exists(dir.filePath("serdes_top.v")));
-    const QString top = QString::fromUtf8(readAll(dir.filePath("serdes_top.vhd")));
-    const QString tmpl = QString::fromUtf8(readAll(dir.filePath("serdes_top_tmp.vhd")));
-    for (const char *expected :
-         {"entity serdes_top is", "eth_txd : in std_logic_vector(3 downto 0);",
-          "eth_ready : out std_logic", "LANES : integer", "u_eth : eth", "LANES => 2",
-          "txd => eth_txd,", "ready => eth_ready", "end architecture structure;"})
-        QVERIFY2(top.contains(QLatin1String(expected)), expected);
-    QVERIFY(tmpl.contains("component serdes_top is"));
-    QVERIFY(tmpl.contains("eth_ready => eth_ready"));
 }
 
 void tst_HostModGen::refusals_data()
@@ -222,14 +209,15 @@ void tst_HostModGen::refusals_data()
          "line 15: top port \"pulsestyle_onevent\" is a reserved word of Verilog",
          "line 16: parameter name \"begin\" is a reserved word of Verilog"},
         IPCore::Verilog, "-mod_name", "-mod_name module");
-    row("VHDL reserved words in any case",
-        {"-eth_port input 1 signal", "-protocol_module_name1 Entity"},
+    // GHDL refuses an integer generic beyond 32 bits only when it elaborates.
+    row("VHDL reserved words in any case, integer beyond 32 bits",
+        {"-eth_port input 1 signal", "-eth_param RATE_HZ 10312500000",
+         "-protocol_module_name1 Entity"},
         {"line 13: port name \"signal\" is a reserved word of VHDL: \"-eth_port input 1 signal\"",
-         "line 14: module name \"Entity\" is a reserved word of VHDL: "
+         "line 14: value must lie from -2147483648 to 2147483647 in VHDL",
+         "line 15: module name \"Entity\" is a reserved word of VHDL: "
          "\"-protocol_module_name1 Entity\""},
         IPCore::VHDL, "-file_type", "-file_type vhdl");
-    row("top cannot be written", {}, {"cannot write", "serdes_top.v\""}, IPCore::Verilog, {}, {},
-        {"serdes_top.v/"});
     row("template cannot be written", {}, {"cannot write", "serdes_top_tmp.v\""}, IPCore::Verilog,
         {}, {}, {"serdes_top_tmp.v/"});
     row("old top kept when the template cannot be written", {}, {"serdes_top_tmp.v\""},
@@ -257,14 +245,10 @@ void tst_HostModGen::refusals()
         QVERIFY(QDir(dir.path()).mkdir("serdes.mod"));
     else
         QVERIFY(IPCore::generateFile(command, all, nullptr, QString()));
+    QVERIFY(makeEntries(dir.path(), existing));
     QStringList entries{"serdes.mod"};
-    for (const QString &entry : existing) {
-        if (entry.endsWith('/'))
-            QVERIFY(QDir(dir.path()).mkdir(entry.chopped(1)));
-        else
-            QVERIFY(writeFile(dir.filePath(entry), "old " + entry.toUtf8()));
+    for (const QString &entry : existing)
         entries << entry.section('/', 0, 0);
-    }
 
     // Without widgets the host reports on the message handler.
     QTest::ignoreMessage(QtCriticalMsg, QRegularExpression("serdes\\.mod"));
@@ -277,10 +261,7 @@ void tst_HostModGen::refusals()
     left.sort();
     entries.sort();
     QCOMPARE(left, entries);
-    for (const QString &entry : existing) {
-        if (!entry.endsWith('/'))
-            QCOMPARE(readAll(dir.filePath(entry)), QByteArray("old " + entry.toUtf8()));
-    }
+    QVERIFY(entriesKept(dir.path(), existing));
 }
 
 QTEST_GUILESS_MAIN(tst_HostModGen)

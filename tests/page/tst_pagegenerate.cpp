@@ -19,6 +19,7 @@
 #include <te/flowmanager.h>
 #include <te/taskengine.h>
 
+#include "hdlcompile.h"
 #include "testfiles.h"
 
 #include <QDir>
@@ -84,9 +85,12 @@ private:
     // directory; every instance writes its own file there.
     serdesipdlg &openPage(const QString &deviceId, Instances instances, int language = 0,
                           const QMap<QString, QVariant> &config = {});
-    QString path(const QString &file) const { return m_tmp->filePath(file); }
+    QString path(const QString &file) const { return m_dir + '/' + file; }
 
     std::unique_ptr<QTemporaryDir> m_tmp;
+    // The "Create In" directory and the working directory, as in the
+    // generator: a folder of non-ASCII name with a blank, as users have them.
+    QString m_dir;
     std::unique_ptr<MessageBoxAnswers> m_answers;
     std::unique_ptr<serdesipdlg> m_page;
 };
@@ -104,7 +108,8 @@ void tst_PageGenerate::initTestCase()
 void tst_PageGenerate::init()
 {
     m_tmp = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_tmp->isValid());
+    m_dir = m_tmp->filePath(QStringLiteral("Pr\u00fcfung \u00fc"));
+    QVERIFY(QDir().mkpath(m_dir) && QDir::setCurrent(m_dir));
     m_answers = std::make_unique<MessageBoxAnswers>();
 }
 
@@ -112,6 +117,7 @@ void tst_PageGenerate::cleanup()
 {
     m_page.reset();
     m_answers.reset();
+    QDir::setCurrent(QCoreApplication::applicationDirPath());
 }
 
 serdesipdlg &tst_PageGenerate::openPage(const QString &deviceId, Instances instances, int language,
@@ -129,7 +135,7 @@ serdesipdlg &tst_PageGenerate::openPage(const QString &deviceId, Instances insta
         for (auto it = config.cbegin(); it != config.cend(); ++it)
             settings.setValue("Config/" + it.key(), it.value());
         for (auto it = instances.begin(); it != instances.end(); ++it) {
-            it.value().insert(QStringLiteral("dir"), m_tmp->path());
+            it.value().insert(QStringLiteral("dir"), m_dir);
             settings.beginGroup(QStringLiteral("TestProtocol:") + it.key());
             for (auto e = it.value().cbegin(); e != it.value().cend(); ++e)
                 settings.setValue(e.key(), e.value());
@@ -137,7 +143,7 @@ serdesipdlg &tst_PageGenerate::openPage(const QString &deviceId, Instances insta
         }
     }
     m_page = std::make_unique<serdesipdlg>(coreInfo());
-    if (!m_page->setOpening(m_tmp->path(), file))
+    if (!m_page->setOpening(m_dir, file))
         qWarning("the configuration was not opened");
     return *m_page;
 }
@@ -162,9 +168,8 @@ void tst_PageGenerate::mergedOutputs()
 
     // The command file: the header, then each instance's number and lines.
     const QStringList mod = linesOf(path("serdes.mod"));
-    QCOMPARE(mod.mid(0, 5), QStringList({"-type SERDES", "-path " + m_tmp->path() + "/",
-                                         "-file_type vlg", "-file_name serdes",
-                                         "-mod_name SerDes_Top"}));
+    QCOMPARE(mod.mid(0, 5), QStringList({"-type SERDES", "-path " + m_dir + "/", "-file_type vlg",
+                                         "-file_name serdes", "-mod_name SerDes_Top"}));
     const int first = mod.indexOf("-protocol_module_name0 test_1");
     QVERIFY(first > 5);
     QCOMPARE(mod.mid(first), QStringList({"-protocol_module_name0 test_1",
@@ -221,6 +226,8 @@ void tst_PageGenerate::failures_data()
 {
     QTest::addColumn<QVariantMap>("config");
     QTest::addColumn<Instances>("instances");
+    // What is there after OK; "old <entry>" an earlier run left, and it stays
+    // as it was (see makeEntries).
     QTest::addColumn<QStringList>("written");
     QTest::addColumn<QStringList>("notWritten");
     QTest::addColumn<QStringList>("boxes");
@@ -277,9 +284,30 @@ void tst_PageGenerate::failures_data()
     // A configuration file that cannot be written stops OK with the reason.
     QTest::newRow("configuration not writable")
         << QVariantMap{{"file", "locked"}} << Instances{{"a", instance("a", 0)}}
-        << QStringList{"locked.ipc"} << QStringList{"a.v", "locked.mod"}
+        << QStringList{"old locked.ipc/", "old locked.v", "old locked.csr"}
+        << QStringList{"a.v", "locked.mod"}
         << QStringList{"Error: The configuration file <dir>/locked.ipc cannot be written: Is a "
                        "directory"};
+    // The top and its template are replaced together or not at all; the
+    // register file of the earlier run stays.
+    QTest::newRow("top file not writable")
+        << QVariantMap{} << Instances{{"a", instance("a", 0)}}
+        << QStringList{"serdes.ipc",    "serdes.mod",       "a.v",
+                       "old serdes.v/", "old serdes_tmp.v", "old serdes.csr"}
+        << QStringList{}
+        << QStringList{"Error: <dir>/serdes.mod: cannot write \"<dir>/serdes.v\": Filename refers "
+                       "to a directory. Nothing was written."};
+    // Without a display the register build's failures go to the message
+    // handler: "logged: " marks them.
+    const QString notMade = "logged: The register file <dir>/serdes.csr was not made.\n    ";
+    QTest::newRow("parameter file not writable")
+        << QVariantMap{} << Instances{{"a", instance("a", 0)}}
+        << QStringList{"serdes.v", "serdes_tmp.v", "old serdes_tmp.toml/", "old serdes.csr"}
+        << QStringList{} << QStringList{notMade + "serdes_tmp.toml:\nFailed to write file."};
+    QTest::newRow("register file not writable")
+        << QVariantMap{} << Instances{{"a", instance("a", 0)}}
+        << QStringList{"serdes.v", "serdes_tmp.v", "old serdes.csr/"} << QStringList{}
+        << QStringList{notMade + "Error: <dir>/serdes.csr: cannot write: Is a directory\n"};
 }
 
 void tst_PageGenerate::failures()
@@ -292,18 +320,25 @@ void tst_PageGenerate::failures()
 
     serdesipdlg &page = openPage("RK9C880D-FG1517-2", instances, 0, config);
     QFile::remove(path("serdes.ipc"));
-    QVERIFY(QDir().mkpath(path("locked.ipc")));
+    const QRegularExpression old("^old ");
+    const QStringList existing = written.filter(old).replaceInStrings(old, QString());
+    QVERIFY(makeEntries(m_dir, existing));
+    for (const QString &logged : boxes.filter(QRegularExpression("^logged: "))) {
+        QTest::ignoreMessage(QtCriticalMsg, qPrintable(logged.mid(8).replace("<dir>", m_dir)));
+        boxes.removeOne(logged);
+    }
     page.accept();
     QVERIFY(page.result() != QDialog::Accepted);
     QCOMPARE(page.instanceArgs().keys(), instances.keys());
     for (const QString &file : written)
-        QVERIFY2(QFile::exists(path(file)), qPrintable(file));
+        QVERIFY2(QFile::exists(path(QString(file).remove(old))), qPrintable(file));
     for (const QString &file : notWritten)
         QVERIFY2(!QFile::exists(path(file)), qPrintable(file));
     QStringList seen;
     for (const SeenBox &box : m_answers->boxes)
-        seen << QString(box.title + ": " + box.text).replace(m_tmp->path(), "<dir>");
+        seen << QString(box.title + ": " + box.text).replace(m_dir, "<dir>");
     QCOMPARE(seen, boxes);
+    QVERIFY(entriesKept(m_dir, existing));
 }
 
 void tst_PageGenerate::uparArbiter_data()
@@ -361,15 +396,17 @@ void tst_PageGenerate::vhdlCore_data()
     // Null when the core is generated.
     QTest::addColumn<QString>("refusal");
 
-    QTest::newRow("without DRP") << QStringList{} << QString();
+    QTest::newRow("without DRP") << QStringList{"-a_port input 4 txd", "-a_port output 1 ready",
+                                                "-a_param LANES 2"}
+                                 << QString();
     QTest::newRow("DRP refused") << QStringList{"-aEnableDRP true"}
                                  << "The synthesis of \\~upar_arbiter_wrap.SerDes_Top failed.\n"
                                     "    yosys writes no VHDL netlist; generate the core in Verilog.";
 }
 
 // A configuration in VHDL keeps its language through the page: its top file
-// and template are VHDL, the arbiter's synthesis is asked for VHDL and
-// refuses, and the file is saved in VHDL again.
+// and template are VHDL that GHDL takes, the arbiter's synthesis is asked for
+// VHDL and refuses, and the file is saved in VHDL again.
 void tst_PageGenerate::vhdlCore()
 {
     QFETCH(QStringList, mod);
@@ -384,6 +421,18 @@ void tst_PageGenerate::vhdlCore()
     QCOMPARE(QFile::exists(path("serdes.vhd")), refusal.isNull());
     QCOMPARE(QFile::exists(path("serdes_tmp.vhd")), refusal.isNull());
     QVERIFY(!QFile::exists(path("serdes.v")));
+    if (!refusal.isNull())
+        return;
+    // The instance's module as the protocol would write it in VHDL.
+    QVERIFY(writeFile(path("a.vhd"), "library ieee;\nuse ieee.std_logic_1164.all;\nentity a is "
+                                     "generic (LANES : integer); port (txd : in std_logic_vector(3 "
+                                     "downto 0); ready : out std_logic); end;\n"
+                                     "architecture stub of a is begin ready <= '0'; end;\n"));
+    QVERIFY(writeFile(path("user.vhd"), vhdlUser(readAll(path("serdes_tmp.vhd")),
+                                                 "signal a_txd : std_logic_vector(3 downto 0);\n"
+                                                 "signal a_ready : std_logic;\n")));
+    const QString error = compileVhdl({"a.vhd", "serdes.vhd", "user.vhd"}, "user", m_dir);
+    QVERIFY2(error.isEmpty(), qPrintable(error));
 }
 
 QTEST_MAIN(tst_PageGenerate)

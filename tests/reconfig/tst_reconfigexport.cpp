@@ -23,6 +23,8 @@ using namespace IPSERDESIP;
 namespace {
 
 const char STAND_IN[] = SERDES_STAGE_DIR "/bin/serdes_toml_to_csr.dist/csr_task_gen.bin";
+// Where scripts are exported to: a folder of non-ASCII name with a blank.
+const QString FOLDER = QStringLiteral("Pr\u00fcfung \u00fc");
 
 QString toolPath()
 {
@@ -165,11 +167,13 @@ void tst_ReconfigExport::withDoubles_data()
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QStringList>("messages"); // %1: the file chosen
     QTest::addColumn<QStringList>("calls");
-    QTest::addColumn<bool>("folder"); // whether the file's folder exists
+    // What stands at the file's folder and the file; see makeEntries.
+    QTest::addColumn<QStringList>("existing");
     const auto row = [](const char *name, const QByteArray &cases, const QStringList &settings,
                         const char *file, const QStringList &messages, const QStringList &calls,
-                        bool folder = true) {
-        QTest::newRow(name) << cases << settings << QByteArray(file) << messages << calls << folder;
+                        const QStringList &existing = {FOLDER + '/'}) {
+        QTest::newRow(name) << cases << settings << QByteArray(file) << messages << calls
+                            << existing;
     };
 
     const QStringList lanes = words("checkBoxq0ln0=1 checkBoxq0ln1=1");
@@ -233,9 +237,14 @@ void tst_ReconfigExport::withDoubles_data()
          "-o config_tmp.csr",
          "--task cfg_rx_afe --lane 16 --rx_eq_bias 0 --dr_rx_att_boost 0 --eq_manual 0 "
          "--dr_rx_att 0 --dr_rx_boost 0 -o config_tmp.csr"});
-    // The file dialog takes the name of a file in a folder that does not exist.
-    row("folder missing", "cfg_lb) printf 'upar_write_driver 0x010120 0x00000003\\n' > \"$out\";;",
-        both, "", {"Failed to write \"%1\": No such file or directory"}, {loopback, txAfe}, false);
+    // The file dialog takes the name of a file in a folder that does not exist,
+    // or below a file, which is left as it was.
+    const QByteArray writes
+        = "cfg_lb) printf 'upar_write_driver 0x010120 0x00000003\\n' > \"$out\";;";
+    row("folder missing", writes, both, "", {"Failed to write \"%1\": No such file or directory"},
+        {loopback, txAfe}, {});
+    row("below a file", writes, both, "", {"Failed to write \"%1\": Not a directory"},
+        {loopback, txAfe}, {FOLDER});
 }
 
 void tst_ReconfigExport::withDoubles()
@@ -245,13 +254,12 @@ void tst_ReconfigExport::withDoubles()
     QFETCH(QByteArray, file);
     QFETCH(QStringList, messages);
     QFETCH(QStringList, calls);
-    QFETCH(bool, folder);
+    QFETCH(QStringList, existing);
 
     if (!cases.isNull())
         placeTool(loggingTool(cases));
-    const QString target = m_work->filePath("out/script.csr");
-    if (folder)
-        QVERIFY(QDir().mkpath(m_work->filePath("out")));
+    const QString target = m_work->filePath(FOLDER + "/script.csr");
+    QVERIFY(makeEntries(m_work->path(), existing));
     for (QString &message : messages)
         message.replace("%1", QDir::toNativeSeparators(target));
     ModalAnswers answers(target);
@@ -262,8 +270,9 @@ void tst_ReconfigExport::withDoubles()
     QCOMPARE(::calls(), calls);
     // Written after a failure too, with what the tasks before it gave.
     QCOMPARE(readAll(target), file);
-    QCOMPARE(QDir(m_work->filePath("out")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-             folder ? QStringList{"script.csr"} : QStringList());
+    QCOMPARE(QDir(m_work->filePath(FOLDER)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             existing.value(0).endsWith('/') ? QStringList{"script.csr"} : QStringList());
+    QVERIFY(entriesKept(m_work->path(), existing));
     QVERIFY(!QFile::exists("config_tmp.csr"));
 }
 

@@ -35,7 +35,6 @@ private slots:
     void tierChoice();
     void valueRules_data();
     void valueRules();
-    void ruleNames();
     void givenLinesThenDefaults();
     void givenNameSuppressesDefault_data();
     void givenNameSuppressesDefault();
@@ -98,21 +97,10 @@ void tst_Parser::valueRules_data()
     row("q0_ln0_tx_differential_swing", "xxmV", "[q0.ln0].txlev -3");
     row("q0_ln0_tx_differential_swing", "9", "[q0.ln0].txlev -3");
     row("q0_ln0_tx_differential_swing", "-2147483648mV", "[q0.ln0].txlev -44739246");
-    row("q1_ln3_rx_sd_thsel", "100mV", "[q1.ln3].sr_sd_thsel 3");
     row("q0_ln0_rx_sd_thsel", "49mV", "[q0.ln0].sr_sd_thsel 0");
     row("q0_ln0_rx_sd_thsel", "xxmV", "[q0.ln0].sr_sd_thsel -1");
-    row("q0_ln0_word_align_pattern", "k28.5", "[q0.ln0].comma \"K28.5\"");
-    row("q0_ln0_channel_bonding_align_pattern", "7C", "[q0.ln0].chbond_align_pattern0 124");
-    row("q1_ln0_4th_channel_bonding_align_pattern", "3ff", "[q1.ln0].chbond_align_pattern3 1023");
     row("q0_ln3_ctc_2nd_pattern", "K28.5", "[q0.ln3].ctc_skipb_pattern 0");
-    row("q0_ln0_tx_rate", "1.25", "[q0.ln0].tx_data_rate \"1.25G\"");
-    row("q0_refclk0_freq", "125", "[q0].ref_pad0_freq \"125M\"");
-    row("mclk_freq", "50", "[q0].mclk_freq \"50M\"");
-    row("q0_ln3_rx_64b67b_decode_ilk_metaframe_len", "2048", "[q0.ln3].ilk_metaframe_len \"2048\"");
     row("q0_ln0_tx_ffe_c0", "", "[q0.ln0].ffe_c0 ");
-    row("q1_ln0_rx_64b67b_decode_ilk_metaframe_len", "32", nullptr);
-    row("q1_refclk2_freq", "125", nullptr);
-    row("q0_ln4_tx_rate", "1.25", nullptr);
     row("Q0_ln0_tx_rate", "1.25", nullptr);
     row("q0_tx_rate", "1.25", nullptr);
     row("q0_ln0_rx_eq_bias", "7", nullptr);
@@ -128,60 +116,6 @@ void tst_Parser::valueRules()
     const QString converted = parser::instance()->parameterConver(name, value);
     QCOMPARE(converted, line);
     QCOMPARE(converted.isNull(), line.isNull());
-}
-
-// Each free-valued name with its device field, tried on q0 to q2 and ln0 to
-// ln4 and without a prefix: 264 names are known, whatever the tier.
-void tst_Parser::ruleNames()
-{
-    // "name:field", or the name alone where the field has the same name.
-    const QStringList rules
-        = QStringLiteral(
-              "tx_rate:tx_data_rate rx_rate:rx_data_rate word_align_pattern:comma "
-              "word_align_pattern_mask:comma_mask tx_differential_swing:txlev tx_ffe_cm:ffe_cm "
-              "tx_ffe_c0:ffe_c0 tx_ffe_c1:ffe_c1 rx_sd_thsel:sr_sd_thsel "
-              "rx_att_boost:dr_rx_att_boost rx_att:dr_rx_att rx_boost:dr_rx_boost "
-              "channel_bonding_align_pattern:chbond_align_pattern0 "
-              "2nd_channel_bonding_align_pattern:chbond_align_pattern1 "
-              "3rd_channel_bonding_align_pattern:chbond_align_pattern2 "
-              "4th_channel_bonding_align_pattern:chbond_align_pattern3 "
-              "channel_bonding_max_skew:chbond_max_skew ctc_pattern:ctc_skipa_pattern "
-              "ctc_2nd_pattern:ctc_skipb_pattern ctc_rd_start_depth tx_slip_distance "
-              "rx_slip_distance tx_if_rd_start_depth:tx_if_cfg_rd_start_depth "
-              "rx_if_rd_start_depth:rx_if_cfg_rd_start_depth "
-              "rx_bonding_rd_start_depth:chbond_cfg_rd_start_depth mux_cpll_ref_sel "
-              "rxsd_idle_low_filter:idle_low_filter rxsd_idle_high_filter:idle_high_filter "
-              "cdr_gc_counter rx_64b67b_decode_ilk_metaframe_len:ilk_metaframe_len "
-              "refclk0_freq:ref_pad0_freq refclk1_freq:ref_pad1_freq refclk2_freq:ref_pad2_freq "
-              "refclk3_freq:ref_pad3_freq gpio0_freq gpio1_freq gpio2_freq gpio3_freq gpio_freq "
-              "rx_eq_bias oe_l oe_r mux_refin_0_sel mux_refin_1_sel mux_refout_sel "
-              "mux_qpll0_ref_sel mux_qpll1_ref_sel mclk_freq")
-              .split(' ');
-    QCOMPARE(rules.size(), 48);
-
-    parser::instance()->initialize(QStringLiteral("RK9C-370D"));
-    int known = 0;
-    auto check = [&](const QString &name, const QString &section, const QString &field) {
-        const QString line = parser::instance()->parameterConver(name, QStringLiteral("1"));
-        if (line.isNull())
-            return;
-        ++known;
-        QVERIFY2(line.startsWith(section + '.' + field + ' '), qPrintable(line));
-    };
-    for (const QString &rule : rules) {
-        const QString suffix = rule.section(':', 0, 0);
-        const QString field = rule.section(':', -1);
-        check(suffix, QStringLiteral("[q0]"), field);
-        for (int q = 0; q < 3; ++q) {
-            check(QStringLiteral("q%1_%2").arg(q).arg(suffix), QStringLiteral("[q%1]").arg(q),
-                  field);
-            for (int m = 0; m < 5; ++m) {
-                check(QStringLiteral("q%1_ln%2_%3").arg(q).arg(m).arg(suffix),
-                      QStringLiteral("[q%1.ln%2]").arg(q).arg(m), field);
-            }
-        }
-    }
-    QCOMPARE(known, 264);
 }
 
 // Given lines first, in their order, then the defaults that no given line
