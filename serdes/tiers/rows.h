@@ -20,6 +20,14 @@ struct Rows
         , size(N)
     {}
 
+    constexpr Rows(const T *rows, std::size_t count)
+        : data(rows)
+        , size(count)
+    {}
+
+    // The first `count` rows.
+    constexpr Rows first(std::size_t count) const { return Rows(data, count < size ? count : size); }
+
     constexpr const T *begin() const { return data; }
     constexpr const T *end() const { return data + size; }
     constexpr const T &operator[](std::size_t i) const { return data[i]; }

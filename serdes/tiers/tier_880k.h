@@ -13,6 +13,7 @@
 // straight to this quad's mux.
 
 #include "plugin/serdesipconstants.h"
+#include "tiers/quadrows.h"
 #include "tiers/tierdata.h"
 #include "translate/parsertables_shared.h"
 
@@ -22,13 +23,6 @@ namespace t880k {
 namespace network {
 using namespace topology;
 // clang-format off
-constexpr const char *QUADS[] = {Q0, Q1};
-
-constexpr ElementRow LANES[] = {
-    {Q0_LANE0, Q0}, {Q0_LANE1, Q0}, {Q0_LANE2, Q0}, {Q0_LANE3, Q0},
-    {Q1_LANE0, Q1}, {Q1_LANE1, Q1}, {Q1_LANE2, Q1}, {Q1_LANE3, Q1},
-};
-
 constexpr MuxRow MUXES[] = {
     // name      quad  kind                sel  dir   sel 0    sel 1         sel 2         sel 3
     {Q0_MUX0, Q0, MuxKind::Selector, {4, 1, {{Q0_REF0, OPEN, MUX_Q0_TO_Q1, Q0_REF1}}},
@@ -47,15 +41,6 @@ constexpr MuxRow MUXES[] = {
 constexpr PllSelectRow PLL_SELECTS[] = {
     {Q0, {2, 1, {{Q0_MUX0, Q0_MUX1}}}},
     {Q1, {2, 1, {{Q1_MUX0, Q1_MUX1}}}},
-};
-
-constexpr PllRow PLLS[] = {
-    {Q0_CPLL0, Q0, "[q0.ln0].cpll_ref_sel %1"}, {Q0_CPLL1, Q0, "[q0.ln1].cpll_ref_sel %1"},
-    {Q0_CPLL2, Q0, "[q0.ln2].cpll_ref_sel %1"}, {Q0_CPLL3, Q0, "[q0.ln3].cpll_ref_sel %1"},
-    {Q0_QPLL0, Q0, "[q0].qpll0_ref_sel %1"},    {Q0_QPLL1, Q0, "[q0].qpll1_ref_sel %1"},
-    {Q1_CPLL0, Q1, "[q1.ln0].cpll_ref_sel %1"}, {Q1_CPLL1, Q1, "[q1.ln1].cpll_ref_sel %1"},
-    {Q1_CPLL2, Q1, "[q1.ln2].cpll_ref_sel %1"}, {Q1_CPLL3, Q1, "[q1.ln3].cpll_ref_sel %1"},
-    {Q1_QPLL0, Q1, "[q1].qpll0_ref_sel %1"},    {Q1_QPLL1, Q1, "[q1].qpll1_ref_sel %1"},
 };
 
 constexpr ElementRow REFS[] = {
@@ -152,8 +137,7 @@ constexpr TierData TIER = {
         2,                                              // form quads
     },
     // clang-format on
-    {network::QUADS, network::LANES, network::MUXES, network::PLL_SELECTS, network::PLLS,
-     network::REFS},
+    quadrows::networkOf(2, network::MUXES, network::PLL_SELECTS, network::REFS),
     {2, drawing::SOURCES, std::size(drawing::SOURCES), drawing::MUXES, std::size(drawing::MUXES),
      drawing::OFFSETS, std::size(drawing::OFFSETS), 930, 1460},
     &parameters::TABLES,

@@ -12,6 +12,7 @@
 // clock in front of two muxes.
 
 #include "plugin/serdesipconstants.h"
+#include "tiers/quadrows.h"
 #include "tiers/tierdata.h"
 #include "translate/parsertables_shared.h"
 
@@ -21,12 +22,6 @@ namespace t90k {
 namespace network {
 using namespace topology;
 // clang-format off
-constexpr const char *QUADS[] = {Q0};
-
-constexpr ElementRow LANES[] = {
-    {Q0_LANE0, Q0}, {Q0_LANE1, Q0}, {Q0_LANE2, Q0}, {Q0_LANE3, Q0},
-};
-
 constexpr MuxRow MUXES[] = {
     // name      quad  kind                sel  dir   sel 0    sel 1  sel 2    sel 3
     {Q0_MUX0, Q0, MuxKind::Selector, {4, 1, {{Q0_REF0, OPEN, Q0_REF1, OPEN}}},
@@ -37,12 +32,6 @@ constexpr MuxRow MUXES[] = {
 
 constexpr PllSelectRow PLL_SELECTS[] = {
     {Q0, {4, 1, {{Q0_MUX0, Q0_MUX1, Q0_GPIO, Q0_MCLK}}}},
-};
-
-constexpr PllRow PLLS[] = {
-    {Q0_CPLL0, Q0, "[q0.ln0].cpll_ref_sel %1"}, {Q0_CPLL1, Q0, "[q0.ln1].cpll_ref_sel %1"},
-    {Q0_CPLL2, Q0, "[q0.ln2].cpll_ref_sel %1"}, {Q0_CPLL3, Q0, "[q0.ln3].cpll_ref_sel %1"},
-    {Q0_QPLL0, Q0, "[q0].qpll0_ref_sel %1"},    {Q0_QPLL1, Q0, "[q0].qpll1_ref_sel %1"},
 };
 
 constexpr ElementRow REFS[] = {
@@ -125,8 +114,7 @@ constexpr TierData TIER = {
         2,                                              // form quads
     },
     // clang-format on
-    {network::QUADS, network::LANES, network::MUXES, network::PLL_SELECTS, network::PLLS,
-     network::REFS},
+    quadrows::networkOf(1, network::MUXES, network::PLL_SELECTS, network::REFS),
     {1, drawing::SOURCES, std::size(drawing::SOURCES), drawing::MUXES, std::size(drawing::MUXES),
      drawing::OFFSETS, std::size(drawing::OFFSETS), 930, 740},
     &parameters::TABLES,

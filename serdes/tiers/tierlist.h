@@ -26,6 +26,19 @@ constexpr bool tiersInOrder()
 }
 static_assert(tiersInOrder(), "the list of tiers must follow enum Tier");
 
+// The parts of a tier agree on how many quads it has.
+constexpr bool quadsAgree()
+{
+    for (const TierData *tier : TIERS) {
+        const std::size_t quads = static_cast<std::size_t>(tier->description.quads);
+        if (tier->network.quads.size != quads || tier->parameters->quadCount != tier->description.quads
+            || tier->drawing.quads != tier->description.quads)
+            return false;
+    }
+    return true;
+}
+static_assert(quadsAgree(), "a tier's network, tables and drawing differ in their quads");
+
 // Exactly one tier takes the families that no list names.
 constexpr bool oneTierTakesTheRest()
 {
