@@ -5,6 +5,7 @@
 
 #include <model/serdes.h>
 #include <protocol/protocolgendlg.h>
+#include <utils/messages.h>
 
 #include <QListWidget>
 #include <QMessageBox>
@@ -82,12 +83,12 @@ bool confirmLanes(IPSERDESIP::protocolGenDlg *dialog, const QString &title,
         found << SampleDlg::tr("Another instance writes the file \"%1\".").arg(file);
     found << problems;
     if (!found.isEmpty()) {
-        QMessageBox::warning(dialog, title, found.join(QLatin1Char('\n')));
+        Utils::showMessage(dialog, QMessageBox::Warning, title, found.join(QLatin1Char('\n')));
         return false;
     }
     QString why;
     if (!provePlacement(rows, why, lines)) {
-        QMessageBox::warning(dialog, title, why);
+        Utils::showMessage(dialog, QMessageBox::Warning, title, why);
         return false;
     }
     return true;

@@ -5,6 +5,7 @@
 
 #include <model/serdesip_common.h>
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
 #include <QFile>
@@ -446,19 +447,22 @@ bool writeTextFile(const QString &path, const QString &text, QString &error)
 {
     const QFileInfo info(path);
     if (!QDir().mkpath(info.absolutePath())) {
-        error = QStringLiteral("Cannot make the directory \"%1\".").arg(info.absolutePath());
+        error = QCoreApplication::translate("samples", "Cannot make the directory \"%1\".")
+                    .arg(info.absolutePath());
         return false;
     }
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text | QIODevice::Truncate)) {
-        error = QStringLiteral("Cannot write \"%1\": %2").arg(path, file.errorString());
+        error = QCoreApplication::translate("samples", "Cannot write \"%1\": %2")
+                    .arg(path, file.errorString());
         return false;
     }
     QTextStream out(&file);
     out << text;
     out.flush();
     if (file.error() != QFile::NoError) {
-        error = QStringLiteral("Cannot write \"%1\": %2").arg(path, file.errorString());
+        error = QCoreApplication::translate("samples", "Cannot write \"%1\": %2")
+                    .arg(path, file.errorString());
         return false;
     }
     return true;
@@ -477,8 +481,10 @@ bool writeInstanceModule(const LaneModule &module, const QStringList &descriptio
 {
     const QString dir = instanceDirectory(args);
     if (dir.isEmpty()) {
-        qCritical().noquote() << QStringLiteral("Instance file \"%1\" is no name of a folder "
-                                                "inside the core's.")
+        qCritical().noquote() << QCoreApplication::translate(
+                                     "samples",
+                                     "Instance file \"%1\" is no name of a folder inside the "
+                                     "core's.")
                                      .arg(file);
         return false;
     }
