@@ -263,8 +263,7 @@ void BcdrDlg::proposeFrequency()
     }
     QStringList notes{m_pllNote, refNote};
     notes.removeAll(QString());
-    m_form->labelClockNote->setText(notes.join(QLatin1Char(' ')));
-    m_form->labelClockNote->setVisible(!notes.isEmpty());
+    samples::showNote(m_form->labelClockNote, notes.join(QLatin1Char(' ')));
     // A proposal may have changed the reference clock, and with it the ports.
     updatePins();
 }
@@ -328,6 +327,11 @@ bool BcdrDlg::restoreArgs(const QMap<QString, QVariant> &args)
     shown = select(m_form->comboOvsMode, s.ovsMode) && shown;
     shown = select(m_form->comboOvsRatio, s.ovsRatio) && shown;
     m_restoring = false;
+    // The notes told of what was proposed while the form held its first
+    // values; what is shown now is the instance's own.
+    m_pllNote.clear();
+    m_pllRef.clear();
+    samples::showNote(m_form->labelClockNote, QString());
     updateComma();
     updatePins();
     return shown;

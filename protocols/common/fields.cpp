@@ -79,6 +79,17 @@ void setUpField(Field field, QWidget *widget, QLabel *label)
         edit->setValidator(validator);
 }
 
+void showNote(QLabel *label, const QString &text)
+{
+    label->setText(text);
+    label->setVisible(!text.isEmpty());
+    // A label that wraps asks its layout for one line only, and a dialog that
+    // is already open does not grow for it: the lines it needs at its width
+    // are reserved, so that none is cut off.
+    const int width = label->width() > 0 ? label->width() : label->sizeHint().width();
+    label->setMinimumHeight(text.isEmpty() ? 0 : label->heightForWidth(width));
+}
+
 QString valueText(const QString &value)
 {
     if (value == QLatin1String("none") || value == QLatin1String("off"))

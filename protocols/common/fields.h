@@ -27,6 +27,10 @@ enum class Field {
 // field's words and unit.
 void setUpField(Field field, QWidget *widget, QLabel *label = nullptr);
 
+// Shows `text` in a note under a dialog's fields, or hides the note when the
+// text is empty. The note keeps the height of all its lines.
+void showNote(QLabel *label, const QString &text);
+
 // The words a dialog shows for a value of a parameter map: "8b/10b" for
 // "8b10b", "K28.5" for "k28.5", "None" for "none" and "off".
 QString valueText(const QString &value);

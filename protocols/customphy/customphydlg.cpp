@@ -217,9 +217,9 @@ void CustomPhyDlg::share(const QString &quad)
     selectText(w.pll, offers.first().pll);
     selectText(w.reference, offers.first().reference);
     selectText(w.refFreq, samples::numberText(offers.first().refFreq));
-    m_clocks->labelClockNote->setText(
-        tr("%1 of %2 is shared with another instance that runs it at %3 Gbps.")
-            .arg(offers.first().pll, quad, samples::numberText(txRate())));
+    samples::showNote(m_clocks->labelClockNote,
+                      tr("%1 of %2 is shared with another instance that runs it at %3 Gbps.")
+                          .arg(offers.first().pll, quad, samples::numberText(txRate())));
     updateOffers();
 }
 
@@ -262,7 +262,7 @@ void CustomPhyDlg::updateOffers()
         it->share->show();
     }
     if (!sharing)
-        m_clocks->labelClockNote->clear();
+        samples::showNote(m_clocks->labelClockNote, QString());
 }
 
 void CustomPhyDlg::updateFabric()

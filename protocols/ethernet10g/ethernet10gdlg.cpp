@@ -122,7 +122,7 @@ void Ethernet10gDlg::onPllChanged()
                    .arg(samples::pllText(pll), samples::numberText(rate), running.reference,
                         samples::numberText(running.refFreq));
     }
-    m_ui->labelShare->setText(note);
+    samples::showNote(m_ui->labelShare, note);
 }
 
 void Ethernet10gDlg::updateFigure()
