@@ -36,6 +36,13 @@ public:
 protected:
     void mousePressEvent(QMouseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
+
+private:
+    // Gives the keyboard's focus to the next (or previous) tile of the strip,
+    // left to right; false when there is none.
+    bool stepTile(bool next);
 };
 
 } // namespace IPSERDESIP

@@ -5,6 +5,7 @@
 
 #include <QColor>
 #include <QGraphicsObject>
+#include <QList>
 #include <QString>
 
 class QAction;
@@ -15,7 +16,8 @@ namespace IPSERDESIP {
 
 // A box of the quad floorplan (a quad, lane or PLL), or, when `enable` is
 // set, an instance's tile in the strip, which opens the instance on a double
-// click and offers "Edit" and "Delete" on the right button.
+// click or Enter, offers "Edit" and "Delete" on the right button and deletes
+// on the Delete key.
 class SERDESIP_TEST_EXPORT SerdesItem : public QGraphicsObject
 {
     Q_OBJECT
@@ -30,6 +32,9 @@ public:
     void setEnable(bool enable);
     void setPenColor(QColor color);
     void setBrushColor(QColor color);
+    // One colour fills the box; several share it in equal vertical stripes,
+    // left to right.
+    void setBrushColors(const QList<QColor> &colors);
     void setConfigured(bool configured);
     QColor brushColor() const;
 
@@ -47,6 +52,8 @@ public:
     QColor penColor;
     // The fill; the plain name is its accessor's.
     QColor m_brushColor;
+    // The stripes of a box that several instances share; empty otherwise.
+    QList<QColor> stripes;
     QString name;
     QAction *editAction;
     QAction *delAction;
@@ -59,6 +66,9 @@ signals:
 protected:
     void mousePressEvent(QGraphicsSceneMouseEvent *event) override;
     void mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
 };
 
 } // namespace IPSERDESIP

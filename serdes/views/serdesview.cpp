@@ -15,6 +15,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace IPSERDESIP {
 
 using namespace floorplan;
@@ -33,6 +35,28 @@ void caption(const char *text, double x, double y, QGraphicsItem *parent)
 {
     auto *item = new QGraphicsTextItem(QLatin1String(text), parent);
     item->setPos(x, y);
+}
+
+QColor colourOf(const Message &m)
+{
+    return QColor::fromHsvF(m.h, INSTANCE_SATURATION, INSTANCE_VALUE, INSTANCE_ALPHA);
+}
+
+// The values of a request's rows, each once and in row order; "0" and empty
+// rows stand for none.
+QStringList distinct(const QStringList &rows)
+{
+    QStringList values;
+    for (const QString &row : rows) {
+        if (!row.isEmpty() && row != QLatin1String("0") && !values.contains(row))
+            values << row;
+    }
+    return values;
+}
+
+bool byName(const Message *a, const Message *b)
+{
+    return a->name < b->name;
 }
 
 } // namespace
@@ -139,31 +163,86 @@ SerdesItem *serdesView::formStringToLaneItem(const QString &name)
     return nullptr;
 }
 
-void serdesView::setColour(const Message *m, const QColor &colour)
+// What an instance is, in a few lines for a tooltip.
+QString serdesView::instanceText(const Message &m)
 {
-    for (const QString &pll : m->plls) {
-        if (SerdesItem *item = formStringToPLLItem(pll))
-            item->setBrushColor(colour);
+    // A row's rate stands for both lines unless it is "0".
+    QStringList tx;
+    QStringList rx;
+    for (int i = 0; i < m.lanes.size(); ++i) {
+        const QString both = m.rates.value(i);
+        tx << (both == QLatin1String("0") ? m.txRates.value(i) : both);
+        rx << (both == QLatin1String("0") ? m.rxRates.value(i) : both);
     }
-    for (const QString &lane : m->lanes) {
-        if (SerdesItem *item = formStringToLaneItem(lane))
-            item->setBrushColor(colour);
+    QStringList refs;
+    for (int i = 0; i < m.refs.size(); ++i)
+        refs << tr("%1 at %2 MHz").arg(m.refs.at(i), m.refFreqs.value(i));
+    const auto listed = [](const QStringList &values, const QString &unit) {
+        const QStringList shown = distinct(values);
+        return shown.isEmpty() ? tr("none") : unit.arg(shown.join(QLatin1String(", ")));
+    };
+    return tr("Instance %1, protocol %2\nLanes: %3\nPLL: %4\nReference: %5\nTX %6, RX %7")
+        .arg(m.name, m.type, listed(m.lanes, QStringLiteral("%1")),
+             listed(m.plls, QStringLiteral("%1")), listed(refs, QStringLiteral("%1")),
+             listed(tx, tr("%1 Gbps")), listed(rx, tr("%1 Gbps")));
+}
+
+void serdesView::showPlaced()
+{
+    QMap<SerdesItem *, QList<const Message *>> onBox;
+    for (const Message &m : qAsConst(placed)) {
+        const auto put = [&onBox, &m](SerdesItem *box) {
+            if (box && !onBox[box].contains(&m))
+                onBox[box] << &m;
+        };
+        for (const QString &pll : m.plls)
+            put(formStringToPLLItem(pll));
+        for (const QString &lane : m.lanes)
+            put(formStringToLaneItem(lane));
+    }
+    const auto show = [&onBox](SerdesItem *box, bool pll) {
+        if (!box)
+            return;
+        QList<const Message *> on = onBox.value(box);
+        QList<QColor> fills{on.isEmpty() ? QColor(Qt::transparent) : colourOf(*on.last())};
+        std::sort(on.begin(), on.end(), byName);
+        QStringList texts;
+        for (const Message *m : qAsConst(on))
+            texts << instanceText(*m);
+        if (pll && on.size() > 1) {
+            fills.clear();
+            for (const Message *m : qAsConst(on))
+                fills << colourOf(*m);
+        }
+        box->setBrushColors(fills);
+        box->setToolTip(texts.join(QLatin1String("\n\n")));
+    };
+    SerdesItem **const qplls[2] = {q0Qpll, q1Qpll};
+    SerdesItem **const lanes[2] = {q0Lanes, q1Lanes};
+    SerdesItem **const cplls[2] = {q0Cplls, q1Cplls};
+    for (int q = 0; q < 2; ++q) {
+        for (int n = 0; n < 2; ++n)
+            show(qplls[q][n], true);
+        for (int n = 0; n < 4; ++n) {
+            show(lanes[q][n], false);
+            show(cplls[q][n], true);
+        }
     }
 }
 
-// Instances are not checked against each other: a box two of them share
-// shows the last one's colour.
 void serdesView::addItem(Message *m)
 {
     if (!m)
         return;
-    const QColor colour
-        = QColor::fromHsvF(m->h, INSTANCE_SATURATION, INSTANCE_VALUE, INSTANCE_ALPHA);
-    setColour(m, colour);
+    removePlaced(m->name);
+    placed << *m;
+    showPlaced();
 
     // The tile gets its place from the layout pass that its first paint asks
     // for.
-    auto *tile = new SerdesItem(TILE_WIDTH, TILE_HEIGHT, true, false, Qt::black, colour, m->name);
+    auto *tile
+        = new SerdesItem(TILE_WIDTH, TILE_HEIGHT, true, false, Qt::black, colourOf(*m), m->name);
+    tile->setToolTip(instanceText(*m));
     stripScene->addItem(tile);
     // Queued, so that the page never deletes a tile inside its own mouse
     // handler.
@@ -182,11 +261,19 @@ void serdesView::addItem(Message *m)
     editItems.insert(m->name, tile);
 }
 
+void serdesView::removePlaced(const QString &name)
+{
+    placed.erase(std::remove_if(placed.begin(), placed.end(),
+                                [&name](const Message &m) { return m.name == name; }),
+                 placed.end());
+}
+
 void serdesView::deleteItem(Message *m)
 {
     if (!m)
         return;
-    setColour(m, Qt::transparent);
+    removePlaced(m->name);
+    showPlaced();
     if (SerdesItem *tile = editItems.take(m->name)) {
         stripScene->removeItem(tile);
         delete tile;
@@ -221,8 +308,9 @@ void serdesView::zoomIn()
 
 void serdesView::deleteEditItem(const QString &name)
 {
-    const QString text = tr("Delete Item");
-    if (Utils::ask(this, text, text, QMessageBox::Ok | QMessageBox::Cancel) == QMessageBox::Ok)
+    if (Utils::ask(this, tr("Delete Instance"), tr("Delete instance %1?").arg(name),
+                   QMessageBox::Ok | QMessageBox::Cancel)
+        == QMessageBox::Ok)
         emit sigDeleteItem(name);
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "plugin/serdesip_global.h"
+#include "protocol/message.h"
 
 #include <dev/devicearg.h>
 
@@ -14,14 +15,14 @@ class QGraphicsScene;
 namespace IPSERDESIP {
 
 class GraphicsView;
-class Message;
 class SerdesItem;
 
 // The quad floorplan of the SerDes page: the device's quads with their lanes
 // and PLLs, filled with the colour of the instance that took them, and above
 // them a strip with one tile per instance, in the order of their names. A
-// tile's double click or its menu asks the page to edit or delete the
-// instance. The view keeps no model: it draws the requests it is handed.
+// tile's double click, Enter and Delete keys or its menu ask the page to edit
+// or delete the instance. Lanes, PLLs and tiles tell in their tooltips what
+// runs on them. The view keeps no model: it draws the requests it is handed.
 //
 // Use: setDevice(), initDisplayView() once; then addItem() for each instance
 // the model accepted and deleteItem() before it is released.
@@ -37,9 +38,11 @@ public:
     // Draws one quad for the one-quad tiers, two for every other device.
     void initDisplayView();
     // Colours the PLLs and lanes that `m` names with its hue and adds its
-    // tile. Names that are no box of the floorplan are skipped.
+    // tile. Names that are no box of the floorplan are skipped. A lane that
+    // two instances name shows the one added last; a PLL shows every
+    // instance it serves in stripes, in the order of their names.
     void addItem(Message *m);
-    // Clears the colours of the boxes that `m` names and removes its tile.
+    // Takes the instance named as `m` off its boxes and removes its tile.
     void deleteItem(Message *m);
 
     SerdesItem *formStringToPLLItem(const QString &name);
@@ -57,6 +60,8 @@ public:
     SerdesItem *q1Lanes[4] = {};
     SerdesItem *q1Cplls[4] = {};
     QMap<QString, SerdesItem *> editItems;
+    // Copies of the requests drawn, in the order they were added.
+    QList<Message> placed;
     bool layoutPending = false;
     DEV::DeviceArg device;
 
@@ -81,7 +86,10 @@ private:
     void initQuad0();
     void initQuad1();
     void initQuad(int quad, SerdesItem *qplls[2], SerdesItem *lanes[4], SerdesItem *cplls[4]);
-    void setColour(const Message *m, const QColor &colour);
+    // Fills and tooltips of the lanes and PLLs from the requests placed.
+    void showPlaced();
+    void removePlaced(const QString &name);
+    static QString instanceText(const Message &m);
     void scaleFloorplan(double step, double limit);
 };
 

@@ -5,6 +5,8 @@
 
 #include "viewstesting.h"
 
+#include "page/modalanswers.h"
+
 #include "protocol/message.h"
 #include "views/graphicsview.h"
 #include "views/serdesitem.h"
@@ -33,6 +35,23 @@ std::unique_ptr<Message> request(const QString &name, const QStringList &plls,
     m->plls = plls;
     m->lanes = lanes;
     m->h = h;
+    return m;
+}
+
+// An instance on QPLL0 of Quad0 from its REFCLK0 at 156.25 MHz.
+std::unique_ptr<Message> onQpll0(const QString &name, const QString &type, const QStringList &lanes,
+                                 const QString &tx, const QString &rx, double h)
+{
+    auto m = request(name, {}, lanes, h);
+    m->type = type;
+    for (int i = 0; i < lanes.size(); ++i) {
+        m->plls << "Q0_QPLL0";
+        m->refs << "Q0_REFCLK0";
+        m->refFreqs << "156.25";
+        m->rates << (tx == rx ? tx : "0");
+        m->txRates << tx;
+        m->rxRates << rx;
+    }
     return m;
 }
 
@@ -81,6 +100,8 @@ private slots:
     void colours();
     void tilesInNameOrder();
     void layoutOncePerTurn();
+    void whatRunsWhere_data();
+    void whatRunsWhere();
     void tileActions_data();
     void tileActions();
     void paintColours_data();
@@ -233,24 +254,82 @@ void tst_ViewsFloorplan::layoutOncePerTurn()
     QCOMPARE(requests.count(), 2);
 }
 
+void tst_ViewsFloorplan::whatRunsWhere_data()
+{
+    QTest::addColumn<QString>("box");
+    QTest::addColumn<bool>("xauiDeleted");
+    QTest::addColumn<QList<QColor>>("stripes");
+    QTest::addColumn<QString>("tooltip");
+
+    const QColor red(230, 115, 115);
+    const QColor blue(115, 115, 230);
+    const QString xaui = "Instance xaui, protocol XAUI\nLanes: Q0_LANE0, Q0_LANE1\nPLL: "
+                         "Q0_QPLL0\nReference: Q0_REFCLK0 at 156.25 MHz\nTX 3.125 Gbps, RX "
+                         "3.125 Gbps";
+    const QString bcdr = "Instance bcdr, protocol BCDR\nLanes: Q0_LANE2_RX\nPLL: Q0_QPLL0\n"
+                         "Reference: Q0_REFCLK0 at 156.25 MHz\nTX none, RX 1.25 Gbps";
+    QTest::newRow("lane") << "Q0_LANE1" << false << QList<QColor>{blue} << xaui;
+    QTest::newRow("shared PLL, in name order")
+        << "Q0_QPLL0" << false << QList<QColor>{red, blue} << bcdr + "\n\n" + xaui;
+    QTest::newRow("tile") << "bcdr" << false << QList<QColor>{red} << bcdr;
+    QTest::newRow("PLL left to one") << "Q0_QPLL0" << true << QList<QColor>{red} << bcdr;
+    QTest::newRow("lane left empty") << "Q0_LANE1" << true << QList<QColor>{Qt::white} << "";
+}
+
+void tst_ViewsFloorplan::whatRunsWhere()
+{
+    QFETCH(QString, box);
+    QFETCH(bool, xauiDeleted);
+    QFETCH(QList<QColor>, stripes);
+    QFETCH(QString, tooltip);
+
+    serdesView view;
+    view.setDevice(deviceOf("RK9C-880D"));
+    view.initDisplayView();
+    auto xaui = onQpll0("xaui", "XAUI", {"Q0_LANE0", "Q0_LANE1"}, "3.125", "3.125", 2 / 3.0);
+    auto bcdr = onQpll0("bcdr", "BCDR", {"Q0_LANE2_RX"}, "0", "1.25", 0.0);
+    view.addItem(xaui.get());
+    view.addItem(bcdr.get());
+    if (xauiDeleted)
+        view.deleteItem(xaui.get());
+
+    SerdesItem *item = boxes(view).value(box, view.editItems.value(box));
+    QCOMPARE(item->toolTip(), tooltip);
+    QImage image(item->boundingRect().size().toSize(), QImage::Format_ARGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    QStyleOptionGraphicsItem option;
+    item->paint(&painter, &option, nullptr);
+    painter.end();
+    // Equal stripes, each sampled near both its edges, above the label.
+    QList<QColor> drawn;
+    const int n = stripes.size();
+    for (int i = 0; i < n; ++i) {
+        const QColor left(image.pixel(image.width() * i / n + 2, 5));
+        const QColor right(image.pixel(image.width() * (i + 1) / n - 2, 5));
+        drawn << (left == right ? left : QColor());
+    }
+    QCOMPARE(drawn, stripes);
+}
+
 void tst_ViewsFloorplan::tileActions_data()
 {
     QTest::addColumn<QString>("gesture");
-    QTest::addColumn<int>("menuDowns");
     QTest::addColumn<int>("answer");
     QTest::addColumn<int>("edits");
     QTest::addColumn<int>("deletes");
 
-    QTest::newRow("double click") << "double" << 0 << 0 << 1 << 0;
-    QTest::newRow("menu Edit") << "menu" << 1 << 0 << 1 << 0;
-    QTest::newRow("menu Delete, OK") << "menu" << 2 << int(QMessageBox::Ok) << 0 << 1;
-    QTest::newRow("menu Delete, Cancel") << "menu" << 2 << int(QMessageBox::Cancel) << 0 << 0;
+    QTest::newRow("double click") << "double" << 0 << 1 << 0;
+    QTest::newRow("menu Edit") << "menu Edit" << 0 << 1 << 0;
+    QTest::newRow("menu Delete, OK") << "menu Delete" << int(QMessageBox::Ok) << 0 << 1;
+    QTest::newRow("menu Delete, Cancel") << "menu Delete" << int(QMessageBox::Cancel) << 0 << 0;
+    QTest::newRow("Enter") << "key Enter" << 0 << 1 << 0;
+    QTest::newRow("Delete key, OK") << "key Delete" << int(QMessageBox::Ok) << 0 << 1;
 }
 
 void tst_ViewsFloorplan::tileActions()
 {
     QFETCH(QString, gesture);
-    QFETCH(int, menuDowns);
     QFETCH(int, answer);
     QFETCH(int, edits);
     QFETCH(int, deletes);
@@ -258,77 +337,91 @@ void tst_ViewsFloorplan::tileActions()
     serdesView view;
     view.resize(600, 400);
     auto m = request("eth0", {}, {}, 0.7);
+    auto other = request("eth1", {}, {}, 0.2);
     view.addItem(m.get());
+    view.addItem(other.get());
     view.show();
     QVERIFY(QTest::qWaitForWindowExposed(&view));
     QSignalSpy edited(&view, &serdesView::sigEditItem);
     QSignalSpy deleted(&view, &serdesView::sigDeleteItem);
-    const QPoint at
-        = view.stripView->mapFromScene(view.editItems.value("eth0")->sceneBoundingRect().center());
+    SerdesItem *tile = view.editItems.value("eth0");
+    QTRY_COMPARE(view.editItems.value("eth1")->x(), 170.0);
+    const QPoint at = view.stripView->mapFromScene(tile->sceneBoundingRect().center());
 
+    MessageBoxAnswers answers(QMessageBox::StandardButton(answer ? answer : QMessageBox::Ok));
     int menuActions = -1;
-    QString question;
     if (gesture == "double") {
         QTest::mouseDClick(view.stripView->viewport(), Qt::LeftButton, {}, at);
+    } else if (gesture.startsWith("key")) {
+        // Tab comes into the strip on the first tile and steps right, Backtab left.
+        view.stripView->setFocus(Qt::TabFocusReason);
+        QVERIFY(tile->hasFocus());
+        QTest::keyClick(view.stripView, Qt::Key_Tab);
+        QVERIFY(view.editItems.value("eth1")->hasFocus());
+        QTest::keyClick(view.stripView, Qt::Key_Backtab);
+        QVERIFY(tile->hasFocus());
+        QTest::keyClick(view.stripView,
+                        gesture.endsWith("Enter") ? Qt::Key_Return : Qt::Key_Delete);
     } else {
-        whenReady([menuDowns, &menuActions] {
+        const int downs = gesture.endsWith("Edit") ? 1 : 2;
+        whenReady([downs, &menuActions] {
             auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
             if (!menu)
                 return false;
             menuActions = menu->actions().size();
-            for (int i = 0; i < menuDowns; ++i)
+            for (int i = 0; i < downs; ++i)
                 QTest::keyClick(menu, Qt::Key_Down);
-            QTest::keyClick(menu, menuDowns ? Qt::Key_Return : Qt::Key_Escape);
+            QTest::keyClick(menu, Qt::Key_Return);
             return true;
         });
-        if (answer) {
-            whenReady([answer, &question] {
-                auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-                if (!box)
-                    return false;
-                question = box->windowTitle() + QLatin1Char('/') + box->text();
-                box->button(QMessageBox::StandardButton(answer))->click();
-                return true;
-            });
-        }
         QTest::mouseClick(view.stripView->viewport(), Qt::RightButton, {}, at);
         QCOMPARE(menuActions, 2);
     }
-    QTRY_COMPARE(question, answer ? QString("Delete Item/Delete Item") : QString());
+    QTRY_COMPARE(answers.boxes.size(), answer ? 1 : 0);
+    if (answer) {
+        QCOMPARE(answers.boxes.first().title, QString("Delete Instance"));
+        QCOMPARE(answers.boxes.first().text, QString("Delete instance eth0?"));
+    }
     QCoreApplication::processEvents();
     QCOMPARE(edited.count(), edits);
     QCOMPARE(deleted.count(), deletes);
     for (const QSignalSpy *spy : {&edited, &deleted})
         QVERIFY(spy->isEmpty() || spy->first().first().toString() == "eth0");
     // The view only asks: the page removes the tile.
-    QCOMPARE(view.editItems.keys(), QStringList{"eth0"});
+    QCOMPARE(view.editItems.keys(), QStringList({"eth0", "eth1"}));
 }
 
 void tst_ViewsFloorplan::paintColours_data()
 {
     QTest::addColumn<bool>("enable");
     QTest::addColumn<bool>("configured");
-    QTest::addColumn<bool>("hover");
+    QTest::addColumn<int>("state");
     QTest::addColumn<QColor>("fill");
     QTest::addColumn<QColor>("outline");
+    QTest::addColumn<QString>("highlight");
 
     const QColor own(200, 120, 40);
     const QColor pen(10, 20, 250);
-    QTest::newRow("tile") << true << false << false << own << QColor(Qt::black);
+    const int hover = QStyle::State_MouseOver;
+    QTest::newRow("tile") << true << false << 0 << own << QColor(Qt::black) << "none";
     QTest::newRow("tile under the mouse")
-        << true << false << true << QColor(Qt::cyan) << QColor(Qt::black);
+        << true << false << hover << own << QColor(Qt::black) << "dashed";
+    QTest::newRow("tile with the focus")
+        << true << false << int(QStyle::State_HasFocus) << own << QColor(Qt::black) << "solid";
     QTest::newRow("configured tile")
-        << true << true << true << QColor(Qt::darkGreen) << QColor(Qt::black);
-    QTest::newRow("floorplan box under the mouse") << false << false << true << own << pen;
+        << true << true << hover << QColor(Qt::darkGreen) << QColor(Qt::black) << "dashed";
+    QTest::newRow("floorplan box under the mouse")
+        << false << false << hover << own << pen << "none";
 }
 
 void tst_ViewsFloorplan::paintColours()
 {
     QFETCH(bool, enable);
     QFETCH(bool, configured);
-    QFETCH(bool, hover);
+    QFETCH(int, state);
     QFETCH(QColor, fill);
     QFETCH(QColor, outline);
+    QFETCH(QString, highlight);
 
     SerdesItem item(40, 30, enable, false, QColor(10, 20, 250), QColor(200, 120, 40), QString());
     item.setConfigured(configured);
@@ -336,12 +429,17 @@ void tst_ViewsFloorplan::paintColours()
     image.fill(Qt::white);
     QPainter painter(&image);
     QStyleOptionGraphicsItem option;
-    option.state = hover ? QStyle::State_MouseOver : QStyle::State_None;
+    option.state = QStyle::State(state);
     item.paint(&painter, &option, nullptr);
     painter.end();
 
     QCOMPARE(QColor(image.pixel(20, 15)), fill);
     QCOMPARE(QColor(image.pixel(0, 15)), outline);
+    // A highlight is a thick black ring inside the outline, never a fill.
+    int black = 0;
+    for (int y = 4; y < 26; ++y)
+        black += QColor(image.pixel(2, y)) == QColor(Qt::black);
+    QCOMPARE(QString(black == 0 ? "none" : black == 22 ? "solid" : "dashed"), highlight);
 }
 
 void tst_ViewsFloorplan::zoomLimits_data()
