@@ -89,8 +89,20 @@ void CoreCatalogue::loadPackage(const QString &dir)
                              "incomplete.")
                               .arg(QDir::toNativeSeparators(path));
         for (IPCore::BaseIPCore *core : cores)
-            m_entries << Entry{core, dir};
+            m_entries << Entry{core, dir, root};
     }
+}
+
+int CoreCatalogue::transceiverQuads(const DEV::DeviceArg &device) const
+{
+    for (const Entry &entry : m_entries) {
+        int quads = 0;
+        if (QMetaObject::invokeMethod(entry.package, "transceiverQuads", Qt::DirectConnection,
+                                      Q_RETURN_ARG(int, quads), Q_ARG(QString, device.family))
+            && quads > 0)
+            return quads;
+    }
+    return 0;
 }
 
 QStringList CoreCatalogue::listing(const DEV::DeviceArg &device) const
@@ -121,6 +133,35 @@ IPCore::BaseIPCore *CoreCatalogue::coreForConfiguration(const QString &file, QSt
     *error = tr("No installed core reads \"%1\": it was made by \"%2\".")
                  .arg(QDir::toNativeSeparators(file), type);
     return nullptr;
+}
+
+QString CoreCatalogue::deviceOfConfiguration(const QString &file)
+{
+    return QSettings(file, QSettings::IniFormat).value(QStringLiteral("target_device")).toString();
+}
+
+QString CoreCatalogue::descriptionFile(const Entry &entry, QString *error)
+{
+    const QString name = entry.core->summaryFile();
+    if (name.isEmpty()) {
+        *error = tr("%1 names no description page.").arg(entry.core->name());
+        return QString();
+    }
+    // The name comes from the package's description file: it must not lead
+    // out of the package's folder.
+    if (name.contains(QLatin1Char('/')) || name.contains(QLatin1Char('\\'))
+        || name == QLatin1String("..")) {
+        *error = tr("%1 names \"%2\" as its description page, which is no plain file name.")
+                     .arg(entry.core->name(), name);
+        return QString();
+    }
+    const QString path = QDir(entry.packageDir).filePath(QStringLiteral("doc/") + name);
+    if (!QFileInfo(path).isFile()) {
+        *error = tr("The description page of %1, \"%2\", does not exist.")
+                     .arg(entry.core->name(), QDir::toNativeSeparators(path));
+        return QString();
+    }
+    return path;
 }
 
 void CoreCatalogue::createCore(IPCore::BaseIPCore *core, const QString &dir,

@@ -25,6 +25,9 @@ public:
     {
         IPCore::BaseIPCore *core;
         QString packageDir;
+        // The plug-in's root object, which may answer the generator's
+        // questions about devices by name (see transceiverQuads()).
+        QObject *package;
     };
 
     CoreCatalogue() = default;
@@ -45,6 +48,19 @@ public:
     // The core that made the configuration file `file`, named by its "type";
     // null, with the reason in `error`, when no installed core reads it.
     IPCore::BaseIPCore *coreForConfiguration(const QString &file, QString *error) const;
+    // The identifier of the device the configuration `file` was made for;
+    // empty when the file names none.
+    static QString deviceOfConfiguration(const QString &file);
+
+    // The description page of a core: the file its description names as its
+    // summary, in the package's "doc" folder. Empty, with the reason in
+    // `error`, when it names none or a name that is no plain file name.
+    static QString descriptionFile(const Entry &entry, QString *error);
+
+    // The transceiver quads of `device` as the first package that knows its
+    // family says, through its invokable "int transceiverQuads(QString
+    // family)"; 0 when no package knows it.
+    int transceiverQuads(const DEV::DeviceArg &device) const;
 
     // One line a core, fields separated by tabs: id, name, version,
     // categories, and whether the device may use it.

@@ -2,7 +2,8 @@
 //
 // ipcoregen: the IP Core Generator. With a display it opens the catalogue
 // window; with --list, or when no display is available, it prints the
-// catalogue for one device and exits. With --open and any of --generate,
+// catalogue for one device and exits; --list-devices prints the device
+// database and exits. With --open and any of --generate,
 // --report or --schematic it regenerates a saved configuration without a
 // person, display or not; --verbose adds the debug lines of the core and its
 // tools to what such a run prints.
@@ -95,6 +96,59 @@ int printCatalogue(const QString &deviceId)
     return 0;
 }
 
+// The device database, one device a line under a header, in aligned columns:
+// identifier, family, name and transceiver quads. A device without
+// transceivers has 0; the quads of one with transceivers are the installed
+// cores' knowledge, "-" when none of them knows its family. Read here rather
+// than through the host, so that a database that cannot be read is named with
+// its reason.
+int printDevices()
+{
+    QTextStream err(stderr);
+    const QString path = Core::IdeCore::deviceDataBasePath();
+    DEV::DeviceDb db;
+    QString error;
+    if (!db.load(path, &error)) {
+        err << error << '\n';
+        return 1;
+    }
+    if (db.devices().isEmpty()) {
+        err << QCoreApplication::translate("ipcoregen",
+                                           "The device database \"%1\" lists no device.")
+                   .arg(path)
+            << '\n';
+        return 1;
+    }
+    CoreCatalogue catalogue;
+    catalogue.load(CoreCatalogue::defaultRoot());
+    for (const QString &problem : catalogue.problems())
+        err << QCoreApplication::translate("ipcoregen", "warning: %1").arg(problem) << '\n';
+    QList<QStringList> rows{{QCoreApplication::translate("ipcoregen", "Identifier"),
+                             QCoreApplication::translate("ipcoregen", "Family"),
+                             QCoreApplication::translate("ipcoregen", "Name"),
+                             QCoreApplication::translate("ipcoregen", "Quads")}};
+    for (const DEV::DeviceArg &device : db.devices()) {
+        QString quads = QStringLiteral("0");
+        if (device.features.contains(QLatin1String("SERDES"))) {
+            const int count = catalogue.transceiverQuads(device);
+            quads = count > 0 ? QString::number(count) : QStringLiteral("-");
+        }
+        rows << QStringList{device.id, device.family, device.name, quads};
+    }
+    QVector<int> widths(rows.first().size() - 1, 0);
+    for (const QStringList &row : rows) {
+        for (int column = 0; column < widths.size(); ++column)
+            widths[column] = qMax(widths[column], row.at(column).size());
+    }
+    QTextStream out(stdout);
+    for (const QStringList &row : rows) {
+        for (int column = 0; column < widths.size(); ++column)
+            out << row.at(column).leftJustified(widths[column] + 2);
+        out << row.last() << '\n';
+    }
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -105,8 +159,15 @@ int main(int argc, char *argv[])
     const QCommandLineOption listOption(
         QStringLiteral("list"),
         QCoreApplication::translate("ipcoregen", "Print the catalogue and exit."));
+    const QCommandLineOption listDevicesOption(
+        QStringLiteral("list-devices"),
+        QCoreApplication::translate(
+            "ipcoregen",
+            "Print the devices (identifier, family, name, transceiver quads) and exit."));
     const QCommandLineOption deviceOption(
-        QStringLiteral("device"), QCoreApplication::translate("ipcoregen", "The target device."),
+        QStringLiteral("device"),
+        QCoreApplication::translate("ipcoregen",
+                                    "The target device, by an identifier of --list-devices."),
         QCoreApplication::translate("ipcoregen", "id"));
     const QCommandLineOption openOption(
         QStringLiteral("open"),
@@ -133,6 +194,7 @@ int main(int argc, char *argv[])
             "ipcoregen", "With --generate, --report or --schematic: also print the debug lines of "
                          "the core and its tools."));
     parser.addOption(listOption);
+    parser.addOption(listDevicesOption);
     parser.addOption(deviceOption);
     parser.addOption(openOption);
     parser.addOption(generateOption);
@@ -147,6 +209,7 @@ int main(int argc, char *argv[])
     // a listing decides which kind of application is made.
     parser.parse(arguments);
     const bool wantList = parser.isSet(listOption);
+    const bool wantDevices = parser.isSet(listDevicesOption);
     const QString deviceId = parser.value(deviceOption);
     const bool wantBatch = parser.isSet(generateOption) || parser.isSet(reportOption)
                            || parser.isSet(schematicOption);
@@ -173,10 +236,12 @@ int main(int argc, char *argv[])
         return batch.run(parser.value(openOption));
     }
 
-    if (wantList || !parser.errorText().isEmpty() || parser.isSet(QStringLiteral("help"))
-        || !displayAvailable()) {
+    if (wantDevices || wantList || !parser.errorText().isEmpty()
+        || parser.isSet(QStringLiteral("help")) || !displayAvailable()) {
         QCoreApplication app(argc, argv);
         parser.process(app);
+        if (wantDevices)
+            return printDevices();
         if (!wantList)
             QTextStream(stderr) << QCoreApplication::translate(
                 "ipcoregen", "No display is available: printing the catalogue instead.")

@@ -15,26 +15,29 @@
 
 #include <QAction>
 #include <QComboBox>
-#include <QFileDialog>
-#include <QMenu>
-#include <QMenuBar>
-#include <QMessageBox>
-#include <QSettings>
 #include <QDir>
 #include <QDockWidget>
 #include <QFile>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QHeaderView>
 #include <QLabel>
 #include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QSettings>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QTabBar>
 #include <QTabWidget>
+#include <QTextBrowser>
 #include <QTextStream>
 #include <QToolBar>
 #include <QTreeWidget>
+#include <QUrl>
 
 namespace {
 enum Column { NameColumn, VersionColumn, CategoryColumn, IdColumn };
@@ -46,6 +49,7 @@ MainWindow::MainWindow(const CoreCatalogue *catalogue, const QString &deviceId, 
     , m_devices(new QComboBox)
     , m_cores(new QTreeWidget)
     , m_editors(new QTabWidget)
+    , m_description(new QTextBrowser)
     , m_results(new QListWidget)
     , m_project(new QListWidget)
     , m_recentMenu(new QMenu(tr("Open &Recent"), this))
@@ -86,6 +90,7 @@ MainWindow::MainWindow(const CoreCatalogue *catalogue, const QString &deviceId, 
     m_cores->setRootIsDecorated(false);
     m_cores->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     connect(m_cores, &QTreeWidget::itemDoubleClicked, this, &MainWindow::newCore);
+    connect(m_cores, &QTreeWidget::currentItemChanged, this, &MainWindow::showDescription);
 
     m_editors->setObjectName(QStringLiteral("editorTabs"));
     m_editors->setTabsClosable(true);
@@ -93,6 +98,10 @@ MainWindow::MainWindow(const CoreCatalogue *catalogue, const QString &deviceId, 
     connect(m_editors, &QTabWidget::tabCloseRequested, this, [this](int index) {
         delete m_editors->widget(index);
     });
+    // The first page is the selected core's description; it stays.
+    m_description->setObjectName(QStringLiteral("descriptionView"));
+    m_editors->addTab(m_description, tr("Description"));
+    m_editors->tabBar()->setTabButton(0, QTabBar::RightSide, nullptr);
 
     auto *splitter = new QSplitter;
     splitter->addWidget(m_cores);
@@ -159,6 +168,10 @@ void MainWindow::fillCatalogue()
 {
     const DEV::DeviceArg device
         = Core::IdeCore::deviceDataBase()->findByID(m_devices->currentData().toString());
+    // The selection outlives a change of device; a catalogue of one core
+    // has it selected from the start.
+    const QTreeWidgetItem *selected = m_cores->currentItem();
+    const QString selectedId = selected ? selected->text(IdColumn) : QString();
     m_cores->clear();
     for (const CoreCatalogue::Entry &entry : m_catalogue->entries()) {
         const IPCore::BaseIPCore *core = entry.core;
@@ -168,15 +181,41 @@ void MainWindow::fillCatalogue()
         item->setText(CategoryColumn, core->category().join(QStringLiteral(", ")));
         item->setText(IdColumn, core->id());
         const bool supported = core->isSupported(device);
-        item->setDisabled(!supported);
+        // Greyed, not disabled: a core the device may not use can still be
+        // selected, to read its description.
+        if (!supported) {
+            for (int column = NameColumn; column <= IdColumn; ++column)
+                item->setForeground(column, palette().brush(QPalette::Disabled, QPalette::Text));
+        }
         item->setToolTip(NameColumn,
                          supported ? tr("Available for %1.").arg(device.name)
                                    : tr("Not available for the %1 family.").arg(device.family));
+        if (core->id() == selectedId || m_catalogue->entries().size() == 1)
+            m_cores->setCurrentItem(item);
     }
     QString summary = tr("%1   part number %2").arg(device.name, device.partNumber);
     if (!device.version.isEmpty())
         summary += tr("   version %1").arg(device.version);
     statusBar()->showMessage(summary);
+}
+
+void MainWindow::showDescription()
+{
+    const IPCore::BaseIPCore *core = selectedCore();
+    m_description->clear();
+    if (!core)
+        return;
+    for (const CoreCatalogue::Entry &entry : m_catalogue->entries()) {
+        if (entry.core != core)
+            continue;
+        QString error;
+        const QString path = CoreCatalogue::descriptionFile(entry, &error);
+        if (path.isEmpty())
+            m_description->setPlainText(error);
+        else
+            m_description->setSource(QUrl::fromLocalFile(path));
+        return;
+    }
 }
 
 void MainWindow::showFile(const QString &fileName)
@@ -263,6 +302,11 @@ bool MainWindow::openConfigurationFile(const QString &file)
         Utils::showMessage(this, QMessageBox::Warning, tr("Open Configuration"), error);
         return false;
     }
+    // The window shows the device the configuration was made for; the core
+    // itself reads it from the file.
+    const int deviceIndex = m_devices->findData(CoreCatalogue::deviceOfConfiguration(file));
+    if (deviceIndex >= 0)
+        m_devices->setCurrentIndex(deviceIndex);
     const QFileInfo info(file);
     rememberRecent(info.absoluteFilePath());
     CoreCatalogue::openConfiguration(core, info.absoluteFilePath());

@@ -8,6 +8,7 @@ class QComboBox;
 class QListWidget;
 class QMenu;
 class QTabWidget;
+class QTextBrowser;
 class QTreeWidget;
 
 namespace DEV {
@@ -19,7 +20,8 @@ class BaseIPCore;
 }
 
 // The generator's window: a device chooser, the catalogue of cores for that
-// device, the files the cores opened, and the results they gave the flow.
+// device, the selected core's description page beside the files the cores
+// opened, and the results they gave the flow.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -41,6 +43,7 @@ public slots:
 
 private:
     void fillCatalogue();
+    void showDescription();
     IPCore::BaseIPCore *selectedCore() const;
     void rememberRecent(const QString &file);
     void fillRecentMenu();
@@ -52,6 +55,7 @@ private:
     QComboBox *m_devices;
     QTreeWidget *m_cores;
     QTabWidget *m_editors;
+    QTextBrowser *m_description;
     QListWidget *m_results;
     QListWidget *m_project;
     QMenu *m_recentMenu;

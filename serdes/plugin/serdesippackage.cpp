@@ -2,6 +2,7 @@
 #include "plugin/serdesippackage.h"
 
 #include "plugin/serdesip.h"
+#include "tiers/tier.h"
 
 namespace IPSERDESIP {
 
@@ -15,6 +16,11 @@ QList<IPCore::BaseIPCore *> serdesippackage::ipCores() const
     }
     cores << core;
     return cores;
+}
+
+int serdesippackage::transceiverQuads(const QString &family) const
+{
+    return tierDescription(tierOf(family)).quads;
 }
 
 } // namespace IPSERDESIP

@@ -15,6 +15,9 @@ class serdesippackage : public IPCore::IPPackage
 public:
     // An empty list when the core cannot read its description.
     QList<IPCore::BaseIPCore *> ipCores() const override;
+    // The transceiver quads of a device of `family`, for the generator's
+    // device listing.
+    Q_INVOKABLE int transceiverQuads(const QString &family) const;
 };
 
 } // namespace IPSERDESIP
