@@ -245,12 +245,14 @@ void serdesipdlg::initTree()
         if (!loader->load()) {
             qCritical() << "Can not load IP file: " << path;
             qCritical() << "Can not load IP file: " << loader->errorString();
+            m_tree->insertUnloaded(QFileInfo(path).fileName(), loader->errorString());
             delete loader;
             continue;
         }
         auto *package = qobject_cast<ProtocolPackage *>(loader->instance());
         if (!package) {
             qCritical() << "No IP Pakcgae entry found in file: " << path;
+            m_tree->insertUnloaded(QFileInfo(path).fileName(), tr("it holds no protocol package."));
             loader->unload();
             delete loader;
             continue;

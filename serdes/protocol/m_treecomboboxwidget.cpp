@@ -66,7 +66,6 @@ QTreeWidgetItem *M_TreeComboBoxWidget::folderFor(const QStringList &category)
 void M_TreeComboBoxWidget::insertIPCoreList(BaseProtocol *protocol, const DEV::DeviceArg &device)
 {
     m_cores.append(protocol);
-    QTreeWidgetItem *parent = folderFor(protocol->category());
 
     auto *item = new QTreeWidgetItem(ProtocolItem);
     item->setIcon(0, QIcon(QLatin1String(MODULE_ICON)));
@@ -76,38 +75,53 @@ void M_TreeComboBoxWidget::insertIPCoreList(BaseProtocol *protocol, const DEV::D
     // Without a device identifier nothing can be decided, so nothing is
     // offered.
     const bool supported = !device.id.isEmpty() && protocol->isSupported(device);
-    if (!supported)
+    if (!supported) {
         makeGrey(item);
+        item->setToolTip(0, device.id.isEmpty()
+                                ? tr("No device is chosen, so no protocol can be placed.")
+                                : tr("%1 is not supported on the %2 family of %3.")
+                                      .arg(protocol->name(), device.family, device.name));
+    }
     item->setData(0, PickableRole, supported);
-
-    parent->addChild(item);
-    m_items.append(item);
-    sortTree(parent);
-
-    header()->resizeSections(QHeaderView::ResizeToContents);
+    addRow(folderFor(protocol->category()), item);
     header()->resizeSection(1, header()->sectionSize(1) - 10);
-    update();
 }
 
 void M_TreeComboBoxWidget::insertIPCore(QString name, QStringList category, QString version,
                                         QString summaryFile)
 {
-    QTreeWidgetItem *parent = folderFor(category);
-
     auto *item = new QTreeWidgetItem(HelpOnlyItem);
     item->setIcon(0, QIcon(QLatin1String(MODULE_ICON)));
     item->setText(0, name);
     item->setText(1, version);
     makeGrey(item);
+    item->setToolTip(
+        0, tr("The plug-in of %1 is not installed: only its help page can be read.").arg(name));
     item->setData(0, ProtocolRole, summaryFile);
     item->setData(0, PickableRole, false);
+    addRow(folderFor(category), item);
+    header()->resizeSection(0, header()->sectionSize(0) + 30);
+}
 
+void M_TreeComboBoxWidget::insertUnloaded(const QString &fileName, const QString &reason)
+{
+    auto *item = new QTreeWidgetItem(HelpOnlyItem);
+    item->setIcon(0, QIcon(QLatin1String(MODULE_ICON)));
+    item->setText(0, fileName);
+    makeGrey(item);
+    item->setToolTip(0, tr("The plug-in %1 could not be loaded: %2").arg(fileName, reason));
+    item->setData(0, ProtocolRole, QString());
+    item->setData(0, PickableRole, false);
+    addRow(invisibleRootItem(), item);
+    header()->resizeSection(0, header()->sectionSize(0) + 30);
+}
+
+void M_TreeComboBoxWidget::addRow(QTreeWidgetItem *parent, QTreeWidgetItem *item)
+{
     parent->addChild(item);
     m_items.append(item);
     sortTree(parent);
-
     header()->resizeSections(QHeaderView::ResizeToContents);
-    header()->resizeSection(0, header()->sectionSize(0) + 30);
     update();
 }
 

@@ -26,7 +26,8 @@ public:
     enum ItemType {
         FolderItem = 1001,
         ProtocolItem = 1002,
-        // A known protocol whose plug-in is not installed: a help page only.
+        // A known protocol whose plug-in is not installed: a help page only;
+        // or a plug-in that could not be loaded, which has no page.
         HelpOnlyItem = 1003,
     };
     // Data roles of column 0: the BaseProtocol* of a protocol row, or the
@@ -40,9 +41,12 @@ public:
     ~M_TreeComboBoxWidget() override;
 
     // Takes ownership of `protocol`. With an empty device identifier every
-    // protocol is greyed.
+    // protocol is greyed. A greyed row's tooltip says why.
     void insertIPCoreList(BaseProtocol *protocol, const DEV::DeviceArg &device);
     void insertIPCore(QString name, QStringList category, QString version, QString summaryFile);
+    // A greyed row for the plug-in file `fileName` that could not be loaded,
+    // its tooltip giving `reason`.
+    void insertUnloaded(const QString &fileName, const QString &reason);
     BaseProtocol *getIPCoreByName(const QString &name);
     BaseProtocol *getIPCoreById(const QString &id);
 
@@ -58,6 +62,7 @@ protected:
 
 private:
     QTreeWidgetItem *folderFor(const QStringList &category);
+    void addRow(QTreeWidgetItem *parent, QTreeWidgetItem *item);
 };
 
 // Orders the children of `parent`, not deeper: folders, protocols, help-only

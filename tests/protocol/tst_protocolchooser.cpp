@@ -63,6 +63,7 @@ DEV::DeviceArg device(const QString &id = QStringLiteral("RK9C880D-FF1156-2"))
     DEV::DeviceArg d;
     d.id = id;
     d.family = QStringLiteral("RK9C-880D");
+    d.name = QStringLiteral("RK9C880D");
     return d;
 }
 
@@ -177,10 +178,14 @@ void tst_ProtocolChooser::rows_data()
     QTest::addColumn<bool>("supported");
     QTest::addColumn<bool>("pickable");
     QTest::addColumn<int>("asked");
+    // A greyed row's tooltip.
+    QTest::addColumn<QString>("why");
 
-    QTest::newRow("supported") << "RK9C880D-FF1156-2" << true << true << 1;
-    QTest::newRow("not supported") << "RK9C880D-FF1156-2" << false << false << 1;
-    QTest::newRow("no device: not asked") << "" << true << false << 0;
+    QTest::newRow("supported") << "RK9C880D-FF1156-2" << true << true << 1 << QString();
+    QTest::newRow("not supported") << "RK9C880D-FF1156-2" << false << false << 1
+                                   << "PCIe is not supported on the RK9C-880D family of RK9C880D.";
+    QTest::newRow("no device: not asked")
+        << "" << true << false << 0 << "No device is chosen, so no protocol can be placed.";
 }
 
 void tst_ProtocolChooser::rows()
@@ -189,22 +194,31 @@ void tst_ProtocolChooser::rows()
     QFETCH(bool, supported);
     QFETCH(bool, pickable);
     QFETCH(int, asked);
+    QFETCH(QString, why);
 
     Tree chooser;
     auto *protocol = new NamedProtocol("PCIe", {"Serdes", "Bus"}, supported);
     chooser.insertIPCoreList(protocol, device(deviceId));
     chooser.insertIPCore("XAUI", {"Serdes", "Bus"}, "1.0", "xaui.html");
+    chooser.insertUnloaded("libbroken.so", "undefined symbol: f");
 
     QTreeWidgetItem *row = find(chooser, "PCIe");
     QCOMPARE(protocol->asked, asked);
     QCOMPARE(row->data(0, Tree::PickableRole), QVariant(pickable));
     QCOMPARE(isGrey(row), !pickable);
+    QCOMPARE(row->toolTip(0), why);
     QCOMPARE(row->text(1), QString()); // the default version
     QTreeWidgetItem *help = find(chooser, "XAUI");
     QCOMPARE(help->data(0, Tree::PickableRole), QVariant(false));
     QVERIFY(isGrey(help));
     QCOMPARE(help->data(0, Tree::ProtocolRole), QVariant("xaui.html"));
     QCOMPARE(help->text(1), QString("1.0"));
+    QCOMPARE(help->toolTip(0),
+             QString("The plug-in of XAUI is not installed: only its help page can be read."));
+    QTreeWidgetItem *broken = find(chooser, "libbroken.so");
+    QVERIFY(isGrey(broken) && !broken->data(0, Tree::PickableRole).toBool());
+    QCOMPARE(broken->toolTip(0),
+             QString("The plug-in libbroken.so could not be loaded: undefined symbol: f"));
     QTreeWidgetItem *folder = find(chooser, "Bus");
     QVERIFY(!folder->data(0, Tree::ProtocolRole).isValid());
     QVERIFY(!isGrey(folder));
