@@ -279,17 +279,25 @@ void MainWindow::newCore()
             tr("%1 is not available for the %2 family.").arg(core->name(), device.family));
         return;
     }
+    // Where the user last created a core, else the home folder.
+    QSettings settings;
     const QString dir = QFileDialog::getExistingDirectory(
-        this, tr("Create %1 In").arg(core->name()), QDir::homePath());
+        this, tr("Create %1 In").arg(core->name()),
+        settings.value(QStringLiteral("lastCreateDirectory"), QDir::homePath()).toString());
     if (dir.isEmpty())
         return;
+    settings.setValue(QStringLiteral("lastCreateDirectory"), dir);
     CoreCatalogue::createCore(core, dir, device);
 }
 
 void MainWindow::openConfiguration()
 {
-    const QString file = QFileDialog::getOpenFileName(
-        this, tr("Open Configuration"), QDir::homePath(), tr("IP configurations (*.ipc)"));
+    // Beside the configuration opened last, else in the home folder.
+    const QStringList recent
+        = QSettings().value(QStringLiteral("recentConfigurations")).toStringList();
+    const QString start = recent.isEmpty() ? QDir::homePath() : QFileInfo(recent.first()).path();
+    const QString file = QFileDialog::getOpenFileName(this, tr("Open Configuration"), start,
+                                                      tr("IP configurations (*.ipc)"));
     if (!file.isEmpty())
         openConfigurationFile(file);
 }

@@ -308,14 +308,16 @@ void reconfiguration::onExport()
         return;
     }
 
-    const QString proposal
-        = m_exportDirectory.isEmpty()
-              ? QStringLiteral("reconfigure.csr")
-              : QDir(m_exportDirectory).filePath(QStringLiteral("reconfigure.csr"));
+    QString proposal = m_lastExport;
+    if (proposal.isEmpty())
+        proposal = m_exportDirectory.isEmpty()
+                       ? QStringLiteral("reconfigure.csr")
+                       : QDir(m_exportDirectory).filePath(QStringLiteral("reconfigure.csr"));
     const QString fileName
         = QFileDialog::getSaveFileName(this, tr("Export File"), proposal, tr("CSR(*.csr)"));
     if (fileName.isEmpty())
         return;
+    m_lastExport = fileName;
 
     QByteArray data;
     bool ok = true;

@@ -39,7 +39,8 @@ public:
     // second quad is offered.
     void setDevice(const DEV::DeviceArg &device);
     // Where Export first proposes to save "reconfigure.csr"; empty, the
-    // default, proposes it in the process's current directory.
+    // default, proposes it in the process's current directory. Once the user
+    // has exported, Export proposes the file last chosen instead.
     void setExportDirectory(const QString &dir);
     // Shows or hides the second quad's lanes and reference frequencies for
     // the device. Call it before every show.
@@ -78,6 +79,8 @@ private:
     Ui_configUI *ui;
     DEV::DeviceArg device;
     QString m_exportDirectory;
+    // The file of the last export, empty before the first.
+    QString m_lastExport;
 };
 
 } // namespace IPSERDESIP
