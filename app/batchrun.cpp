@@ -70,6 +70,52 @@ int BatchRun::run(const QString &file)
         print(error);
         return 2;
     }
+    return runCore(core, file);
+}
+
+int BatchRun::runNew(const QString &file, const DEV::DeviceArg &device, const QString &module,
+                     const QString &language)
+{
+    const QFileInfo info(file);
+    const QString name = QDir::toNativeSeparators(file);
+    if (info.exists()) {
+        print(tr("\"%1\" exists already: a new configuration is never written over a file.")
+                  .arg(name));
+        return 2;
+    }
+    if (info.suffix() != QLatin1String("ipc")) {
+        print(tr("\"%1\" does not end in \".ipc\", as a configuration file does.").arg(name));
+        return 2;
+    }
+    if (!info.absoluteDir().exists()) {
+        print(tr("The directory of \"%1\" does not exist.").arg(name));
+        return 2;
+    }
+    QList<IPCore::BaseIPCore *> cores;
+    QStringList ids;
+    for (const CoreCatalogue::Entry &entry : m_catalogue->entries()) {
+        if (entry.core->isSupported(device)) {
+            cores << entry.core;
+            ids << entry.core->id();
+        }
+    }
+    if (cores.size() != 1) {
+        print(cores.isEmpty()
+                  ? tr("No installed core can be used on %1.").arg(device.id)
+                  : tr("Several installed cores can be used on %1 (%2); a new configuration is "
+                       "made only where one can.")
+                        .arg(device.id, ids.join(QStringLiteral(", "))));
+        return 2;
+    }
+    m_newDevice = device;
+    m_newModule = module;
+    m_newLanguage = language;
+    return runCore(cores.first(), info.absoluteFilePath());
+}
+
+int BatchRun::runCore(IPCore::BaseIPCore *core, const QString &file)
+{
+    m_file = QFileInfo(file).absoluteFilePath();
     // The core runs in the configuration's directory; the names given on the
     // command line keep meaning what they meant where the run was started.
     if (!reportFile.isEmpty())
@@ -88,7 +134,10 @@ int BatchRun::run(const QString &file)
                           noteWritten(path);
                   });
     qApp->installEventFilter(this);
-    CoreCatalogue::openConfiguration(core, file);
+    if (m_newDevice.isValid())
+        CoreCatalogue::createCore(core, QFileInfo(file).absolutePath(), m_newDevice);
+    else
+        CoreCatalogue::openConfiguration(core, file);
     qApp->removeEventFilter(this);
     disconnect(results);
     disconnect(project);
@@ -180,6 +229,55 @@ bool BatchRun::callWriter(const char *slot, const QString &path)
     return written;
 }
 
+bool BatchRun::call(const char *slot, const QString &what, QGenericArgument a, QGenericArgument b,
+                    QGenericArgument c, QGenericArgument d)
+{
+    if (!m_dialog) {
+        print(tr("%1: the core's dialog has closed.").arg(what));
+        return false;
+    }
+    bool done = false;
+    if (!QMetaObject::invokeMethod(m_dialog, slot, Qt::DirectConnection, Q_RETURN_ARG(bool, done),
+                                   a, b, c, d)) {
+        print(tr("%1: this core cannot do that.").arg(what));
+        return false;
+    }
+    return done;
+}
+
+bool BatchRun::change()
+{
+    bool changed = false;
+    if (m_newDevice.isValid()) {
+        // The core's file name is the configuration's own base name, and its
+        // outputs go beside it.
+        const QFileInfo info(m_file);
+        const QString directory = info.absolutePath();
+        const QString base = info.completeBaseName();
+        if (!call("setCoreNames", tr("The new configuration"), Q_ARG(QString, directory),
+                  Q_ARG(QString, base), Q_ARG(QString, m_newModule), Q_ARG(QString, m_newLanguage)))
+            return false;
+        changed = true;
+    }
+    if (!removeName.isEmpty()) {
+        if (!call("removeInstance", tr("Removing %1").arg(removeName), Q_ARG(QString, removeName)))
+            return false;
+        changed = true;
+    }
+    if (!addProtocol.isEmpty()) {
+        if (!call("addInstance", tr("Adding %1").arg(addProtocol), Q_ARG(QString, addProtocol),
+                  Q_ARG(QStringList, addSettings), Q_ARG(QString, addName)))
+            return false;
+        changed = true;
+    }
+    if (!changed)
+        return true;
+    if (!call("saveConfiguration", tr("Saving the configuration")))
+        return false;
+    noteWritten(m_dialog->property("configurationFile").toString());
+    return true;
+}
+
 void BatchRun::drive()
 {
     // Read by name, so that any core's dialog may offer them; one without
@@ -194,6 +292,16 @@ void BatchRun::drive()
             m_unrestored = unrestored;
         }
     }
+    // A change that is refused leaves the file as it was, and nothing is
+    // made from a configuration that is not the one asked for.
+    if (!change()) {
+        fail();
+        if (m_dialog)
+            m_dialog->done(QDialog::Rejected);
+        return;
+    }
+    if (check && !call("checkConfiguration", tr("The check")))
+        fail();
     if (!reportFile.isEmpty() && !callWriter("writeReport", reportFile))
         fail();
     if (!schematicFile.isEmpty() && !callWriter("writeSchematic", schematicFile))

@@ -71,6 +71,32 @@ void batchMessage(QtMsgType type, const QMessageLogContext &context, const QStri
     toolkitHandler(type, context, text);
 }
 
+// An option of a run without a person, and whether the one it goes with is
+// given too.
+struct Needs
+{
+    bool given;
+    bool met;
+    const char *option;
+    const char *needed;
+};
+
+// Why the options of a run without a person do not go together; empty when
+// they do.
+QString batchMisuse(bool open, bool create, const QList<Needs> &needs)
+{
+    if (open == create)
+        return QCoreApplication::translate(
+            "ipcoregen", "A run without a person works on one configuration: give --open FILE "
+                         "or --new FILE, not both.");
+    for (const Needs &need : needs) {
+        if (need.given && !need.met)
+            return QCoreApplication::translate("ipcoregen", "%1 goes with %2 only.")
+                .arg(QLatin1String(need.option), QLatin1String(need.needed));
+    }
+    return QString();
+}
+
 int printCatalogue(const QString &deviceId)
 {
     QTextStream out(stdout);
@@ -188,6 +214,49 @@ int main(int argc, char *argv[])
             "ipcoregen",
             "With --open: draw the clock schematic into an SVG or PNG file, and exit."),
         QCoreApplication::translate("ipcoregen", "file"));
+    const QCommandLineOption newOption(
+        QStringLiteral("new"),
+        QCoreApplication::translate(
+            "ipcoregen", "Write a new configuration file, with no instance yet, for --device."),
+        QCoreApplication::translate("ipcoregen", "file"));
+    const QCommandLineOption moduleOption(
+        QStringLiteral("module"),
+        QCoreApplication::translate("ipcoregen", "With --new: the core's module name."),
+        QCoreApplication::translate("ipcoregen", "name"));
+    const QCommandLineOption languageOption(
+        QStringLiteral("language"),
+        QCoreApplication::translate("ipcoregen", "With --new: verilog or vhdl."),
+        QCoreApplication::translate("ipcoregen", "language"));
+    const QCommandLineOption addOption(
+        QStringLiteral("add"),
+        QCoreApplication::translate(
+            "ipcoregen", "Add an instance of a protocol, as its dialog's OK would, and save."),
+        QCoreApplication::translate("ipcoregen", "protocol"));
+    const QCommandLineOption setOption(
+        QStringLiteral("set"),
+        QCoreApplication::translate("ipcoregen",
+                                    "With --add: one parameter, its value written as the "
+                                    "configuration file holds it. Repeat for every key."),
+        QCoreApplication::translate("ipcoregen", "key=value"));
+    const QCommandLineOption nameOption(
+        QStringLiteral("name"),
+        QCoreApplication::translate("ipcoregen",
+                                    "With --add: the instance's name, as its group carries it."),
+        QCoreApplication::translate("ipcoregen", "name"));
+    const QCommandLineOption removeOption(
+        QStringLiteral("remove"),
+        QCoreApplication::translate("ipcoregen", "Delete an instance by its name, and save."),
+        QCoreApplication::translate("ipcoregen", "name"));
+    const QCommandLineOption checkOption(
+        QStringLiteral("check"),
+        QCoreApplication::translate("ipcoregen",
+                                    "Place and check every instance, write nothing, and say "
+                                    "every problem; exit 1 if there is one."));
+    const QCommandLineOption protocolsOption(
+        QStringLiteral("protocols"),
+        QCoreApplication::translate("ipcoregen",
+                                    "Print the installed protocols, whether each can be used on "
+                                    "--device, and their parameters, and exit."));
     const QCommandLineOption verboseOption(
         QStringLiteral("verbose"),
         QCoreApplication::translate(
@@ -200,6 +269,10 @@ int main(int argc, char *argv[])
     parser.addOption(generateOption);
     parser.addOption(reportOption);
     parser.addOption(schematicOption);
+    for (const QCommandLineOption &option :
+         {newOption, moduleOption, languageOption, addOption, setOption, nameOption, removeOption,
+          checkOption, protocolsOption})
+        parser.addOption(option);
     parser.addOption(verboseOption);
 
     QStringList arguments;
@@ -212,13 +285,22 @@ int main(int argc, char *argv[])
     const bool wantDevices = parser.isSet(listDevicesOption);
     const QString deviceId = parser.value(deviceOption);
     const bool wantBatch = parser.isSet(generateOption) || parser.isSet(reportOption)
-                           || parser.isSet(schematicOption);
+                           || parser.isSet(schematicOption) || parser.isSet(checkOption)
+                           || parser.isSet(addOption) || parser.isSet(removeOption)
+                           || parser.isSet(newOption);
 
     if (wantBatch && parser.errorText().isEmpty()) {
-        if (!parser.isSet(openOption)) {
-            QTextStream(stderr) << QCoreApplication::translate(
-                "ipcoregen", "--generate, --report and --schematic need --open FILE.")
-                                << '\n';
+        const bool add = parser.isSet(addOption);
+        const bool create = parser.isSet(newOption);
+        const QString misuse
+            = batchMisuse(parser.isSet(openOption), create,
+                          {{parser.isSet(setOption), add, "--set", "--add"},
+                           {parser.isSet(nameOption), add, "--name", "--add"},
+                           {parser.isSet(moduleOption), create, "--module", "--new"},
+                           {parser.isSet(languageOption), create, "--language", "--new"},
+                           {parser.isSet(deviceOption), create, "--device", "--new"}});
+        if (!misuse.isEmpty()) {
+            QTextStream(stderr) << misuse << '\n';
             return 2;
         }
         if (!displayAvailable())
@@ -233,7 +315,21 @@ int main(int argc, char *argv[])
         batch.generate = parser.isSet(generateOption);
         batch.reportFile = parser.value(reportOption);
         batch.schematicFile = parser.value(schematicOption);
-        return batch.run(parser.value(openOption));
+        batch.check = parser.isSet(checkOption);
+        batch.removeName = parser.value(removeOption);
+        batch.addProtocol = parser.value(addOption);
+        batch.addSettings = parser.values(setOption);
+        batch.addName = parser.value(nameOption);
+        if (!parser.isSet(newOption))
+            return batch.run(parser.value(openOption));
+        QString error;
+        const DEV::DeviceArg device = chosenDevice(deviceId, &error);
+        if (!device.isValid()) {
+            QTextStream(stderr) << error << '\n';
+            return 2;
+        }
+        return batch.runNew(parser.value(newOption), device, parser.value(moduleOption),
+                            parser.value(languageOption));
     }
 
     if (wantDevices || wantList || !parser.errorText().isEmpty()

@@ -43,6 +43,7 @@
 #include <QSaveFile>
 #include <QSettings>
 #include <QStyleFactory>
+#include <QTemporaryFile>
 #include <QVBoxLayout>
 #include <QWebPage>
 #include <QWebView>
@@ -81,6 +82,21 @@ const HelpRow HELP_ONLY_ROWS[] = {
     {"eDP RX", {"Serdes", "Video", nullptr}, "1.0", "edp_rx_information.html"},
     {"eDP TX", {"Serdes", "Video", nullptr}, "1.0", "edp_tx_information.html"},
 };
+
+// A value as a configuration file holds it, read as the page reads such a
+// file: "a, b" is a list of two, "\"a,b\"" one text with a comma in it.
+QVariant settingsValue(const QString &text)
+{
+    QTemporaryFile file;
+    if (!file.open())
+        return text;
+    file.write("[v]\nv=" + text.toUtf8() + '\n');
+    file.close();
+    QSettings settings(file.fileName(), QSettings::IniFormat);
+    // Escapes as the page writes them, and text typed as it is.
+    settings.setIniCodec("UTF-8");
+    return settings.value(QStringLiteral("v/v"));
+}
 
 QMap<QString, QVariant> readGroup(QSettings &settings, const QString &group)
 {
@@ -371,8 +387,15 @@ bool serdesipdlg::placeIP(Message *msg, BaseProtocol *proto, const QMap<QString,
 }
 
 void serdesipdlg::restoreIP(const QString &group, BaseProtocol *proto,
-                            const QMap<QString, QVariant> &entries, const QString &name)
+                            const QMap<QString, QVariant> &entries, const QString &name, bool check)
 {
+    QStringList problems;
+    if (check && !proto->validate(entries, problems)) {
+        if (problems.isEmpty())
+            problems << tr("%1 cannot read the instance's settings.").arg(proto->name());
+        keepUnrestored(group, entries, problems.join(QLatin1Char('\n')));
+        return;
+    }
     Message *msg = proto->createMessage(entries);
     if (!msg) {
         keepUnrestored(group, entries,
@@ -405,9 +428,11 @@ void serdesipdlg::showUnrestored()
     if (m_unrestored.isEmpty())
         return;
     QStringList lines;
+    // One line a reason, each naming its instance, so that every problem of
+    // every instance can be read, and found, on its own.
     for (const UnrestoredInstance &kept : qAsConst(m_unrestored)) {
-        lines << QStringLiteral("%1: %2").arg(
-            kept.group, QString(kept.reason).replace(QLatin1Char('\n'), QLatin1Char(' ')));
+        for (const QString &reason : kept.reason.split(QLatin1Char('\n')))
+            lines << QStringLiteral("%1: %2").arg(kept.group, reason);
     }
     const QString what = m_unrestored.size() == 1
                              ? tr("One instance of this configuration could not be restored. It "
@@ -657,6 +682,134 @@ bool serdesipdlg::writeSchematic(const QString &path)
     return true;
 }
 
+bool serdesipdlg::setCoreNames(const QString &directory, const QString &file, const QString &module,
+                               const QString &language)
+{
+    QStringList problems;
+    const QString fileWhy = nameProblem(file, false);
+    if (!fileWhy.isEmpty())
+        problems << tr("The core's file name \"%1\" %2").arg(file, fileWhy);
+    const QString moduleWhy = module.isEmpty() ? QString() : nameProblem(module, true);
+    if (!moduleWhy.isEmpty())
+        problems << tr("The core's module name \"%1\" %2").arg(module, moduleWhy);
+    const int languageIndex
+        = language.isEmpty()                                                     ? uiLanguageIndex()
+          : language.compare(QLatin1String("verilog"), Qt::CaseInsensitive) == 0 ? 0
+          : language.compare(QLatin1String("vhdl"), Qt::CaseInsensitive) == 0    ? 1
+                                                                                 : -1;
+    if (languageIndex < 0)
+        problems << tr("The language \"%1\" is neither verilog nor vhdl.").arg(language);
+    if (!problems.isEmpty()) {
+        qCritical("%s", qPrintable(problems.join(QLatin1Char('\n'))));
+        return false;
+    }
+    uiSetCreateIn(QDir::toNativeSeparators(directory));
+    setFileName(file);
+    if (!module.isEmpty())
+        setModuleName(module);
+    uiSetLanguageIndex(languageIndex);
+    return true;
+}
+
+bool serdesipdlg::addInstance(const QString &protocol, const QStringList &settings,
+                              const QString &name)
+{
+    const auto refuse = [&protocol](const QStringList &problems) {
+        qCritical("%s", qPrintable(tr("No instance of %1 was added:").arg(protocol)
+                                   + QLatin1Char('\n') + problems.join(QLatin1Char('\n'))));
+        return false;
+    };
+    BaseProtocol *proto = m_tree->getIPCoreByName(protocol);
+    if (!proto) {
+        QStringList installed;
+        for (const BaseProtocol *known : qAsConst(m_tree->m_cores))
+            installed << known->name();
+        return refuse({tr("No protocol of that name is installed; there are %1.")
+                           .arg(installed.join(QStringLiteral(", ")))});
+    }
+    if (!proto->isSupported(device()))
+        return refuse({tr("%1 is not supported on the %2 family of %3.")
+                           .arg(protocol, device().family, device().name)});
+
+    QStringList problems;
+    QMap<QString, QVariant> args;
+    for (const QString &setting : settings) {
+        const int equals = setting.indexOf(QLatin1Char('='));
+        const QString key = setting.left(equals).trimmed();
+        if (equals <= 0 || key.isEmpty() || setting.contains(QLatin1Char('\n'))) {
+            problems << tr("\"%1\" is no setting KEY=VALUE on one line.").arg(setting);
+            continue;
+        }
+        if (args.contains(key)) {
+            problems << tr("%1 is set twice.").arg(key);
+            continue;
+        }
+        args.insert(key, settingsValue(setting.mid(equals + 1)));
+    }
+    // What the page gives every instance its dialog makes, unless it is set.
+    if (!args.contains(QLatin1String(IPCore::Info::KEY_IP_DEVICE)))
+        args.insert(QLatin1String(IPCore::Info::KEY_IP_DEVICE), savedDeviceId());
+    if (!args.contains(QLatin1String(LANGUAGE)))
+        args.insert(QLatin1String(LANGUAGE), uiLanguageIndex());
+    QStringList invalid;
+    if (!proto->validate(args, invalid) && invalid.isEmpty())
+        invalid << tr("%1 cannot read these settings.").arg(protocol);
+    problems << invalid;
+    if (!problems.isEmpty())
+        return refuse(problems);
+
+    Message *msg = proto->createMessage(args);
+    if (!msg)
+        return refuse({tr("%1 cannot read these settings.").arg(protocol)});
+    if (!name.isEmpty())
+        msg->name = name;
+    QString reason;
+    if (!placeIP(msg, proto, args, reason))
+        return refuse(reason.split(QLatin1Char('\n')));
+    m_changed = true;
+    return true;
+}
+
+bool serdesipdlg::removeInstance(const QString &name)
+{
+    if (!m_messages.contains(name)) {
+        qCritical(
+            "%s",
+            qPrintable(
+                m_messages.isEmpty()
+                    ? tr("No instance %1 to remove: there is none.").arg(name)
+                    : tr("No instance %1 to remove; there are %2.")
+                          .arg(name, QStringList(m_messages.keys()).join(QStringLiteral(", ")))));
+        return false;
+    }
+    const int before = m_messages.size();
+    deleteIP(name);
+    return m_messages.size() < before;
+}
+
+bool serdesipdlg::saveConfiguration()
+{
+    const QStringList problems = nameProblems();
+    if (!problems.isEmpty()) {
+        qCritical("%s", qPrintable(tr("The configuration was not saved, because these names "
+                                      "cannot be used:")
+                                   + QLatin1Char('\n') + problems.join(QLatin1Char('\n'))));
+        return false;
+    }
+    if (!setupArgs())
+        return false;
+    m_changed = false;
+    return true;
+}
+
+bool serdesipdlg::checkConfiguration()
+{
+    const QStringList problems = nameProblems();
+    for (const QString &problem : problems)
+        qCritical("%s", qPrintable(problem));
+    return problems.isEmpty();
+}
+
 void serdesipdlg::accept()
 {
     if (m_args.isEmpty()) {
@@ -894,7 +1047,7 @@ bool serdesipdlg::setupArgs()
     for (auto it = model->data.cbegin(); it != model->data.cend(); ++it)
         config.insert(it.key(), it.value());
 
-    const QString path = createPath() + QLatin1Char('/') + fileName() + QStringLiteral(".ipc");
+    const QString path = configurationFile();
     const auto refuse = [this, &path](const QString &reason) {
         Utils::showMessage(this, QMessageBox::Critical, tr("Error"),
                            tr("The configuration file %1 cannot be written: %2")
@@ -947,6 +1100,11 @@ bool serdesipdlg::setupArgs()
     if (settings.status() != QSettings::NoError)
         return refuse(tr("the file system refused it"));
     return true;
+}
+
+QString serdesipdlg::configurationFile() const
+{
+    return createPath() + QLatin1Char('/') + fileName() + QStringLiteral(".ipc");
 }
 
 bool serdesipdlg::parseData(const QString &file)
@@ -1043,7 +1201,8 @@ void serdesipdlg::parseData_v_1_1(const QMap<QString, QVariant> &config)
             continue;
         }
         // Kept, it is written back as an instance group of the current layout.
-        restoreIP(proto->name() + QLatin1String(NAME_SPLIT) + name, proto, args, name);
+        // The page made its map, so there is nothing for the protocol to check.
+        restoreIP(proto->name() + QLatin1String(NAME_SPLIT) + name, proto, args, name, false);
     }
 }
 

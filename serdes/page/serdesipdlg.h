@@ -32,6 +32,8 @@ class SERDESIP_TEST_EXPORT serdesipdlg : public MicroSysIPGenDlg
     // those of the opened file that could not be placed again.
     Q_PROPERTY(int placedInstances READ placedInstances)
     Q_PROPERTY(int unrestoredInstances READ unrestoredCount)
+    // The file that OK and saveConfiguration() write.
+    Q_PROPERTY(QString configurationFile READ configurationFile)
 
 public:
     serdesipdlg(const QMap<QString, QVariant> &info, QWidget *parent = nullptr);
@@ -83,6 +85,7 @@ public:
     const QList<UnrestoredInstance> &unrestoredInstances() const { return m_unrestored; }
     int placedInstances() const { return m_args.size(); }
     int unrestoredCount() const { return m_unrestored.size(); }
+    QString configurationFile() const;
     // Whether instances were created, edited or deleted since the page opened.
     bool hasChanges() const { return m_changed; }
 
@@ -104,6 +107,27 @@ public slots:
     bool writeReport(const QString &path);
     bool writeSchematic(const QString &path);
 
+    // For runs without a person, found by name: a configuration changed as
+    // text. Each prints on the message handler what stands in its way and
+    // changes nothing then.
+    // The core's "Create In" directory, its file and module names and its
+    // language ("verilog", "vhdl"); an empty module or language keeps the
+    // page's.
+    bool setCoreNames(const QString &directory, const QString &file, const QString &module,
+                      const QString &language);
+    // One instance of `protocol` from settings "KEY=VALUE", each value written
+    // as the configuration file holds it, checked by the protocol and placed
+    // as its dialog's OK would place it. `name`, when given, is the name of
+    // the instance's group.
+    bool addInstance(const QString &protocol, const QStringList &settings, const QString &name);
+    bool removeInstance(const QString &name);
+    // Writes the configuration file as OK does, and nothing else.
+    bool saveConfiguration();
+    // Whether every name of the core and its instances can be written. What
+    // could not be placed again was said, instance by instance and problem by
+    // problem, when the file was opened.
+    bool checkConfiguration();
+
 private:
     void initTree();
     // Takes over `msg` if the model accepts it, and frees it if not, telling
@@ -114,8 +138,11 @@ private:
     bool placeIP(Message *msg, BaseProtocol *proto, const QMap<QString, QVariant> &args,
                  QString &reason);
     // Places an instance read from a file, or keeps it aside with its reason.
+    // A map of the current layout is checked by its protocol first; one that
+    // the page put together from an older layout is not.
     void restoreIP(const QString &group, BaseProtocol *proto,
-                   const QMap<QString, QVariant> &entries, const QString &name = QString());
+                   const QMap<QString, QVariant> &entries, const QString &name = QString(),
+                   bool check = true);
     void keepUnrestored(const QString &group, const QMap<QString, QVariant> &entries,
                         const QString &reason);
     void showUnrestored();

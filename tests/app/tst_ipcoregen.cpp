@@ -321,7 +321,8 @@ void tst_IpCoreGen::regenerationFailures_data()
           "on the device, and OK keeps it in the file as it was:\n\n"
           "Nowhere:link_0: The protocol Nowhere is not installed.\n";
     QTest::newRow("no file named") << QStringList{"--generate"} << 2 << QString()
-                                   << "--generate, --report and --schematic need --open FILE.\n";
+                                   << "A run without a person works on one configuration: give "
+                                      "--open FILE or --new FILE, not both.\n";
     QTest::newRow("no such file") << QStringList{"--open", "missing.ipc", "--generate"} << 2
                                   << QString() << "\"missing.ipc\" does not exist.\n";
     // The one instance names a protocol that is not installed: it is named,
