@@ -105,6 +105,23 @@ int CoreCatalogue::transceiverQuads(const DEV::DeviceArg &device) const
     return 0;
 }
 
+QString CoreCatalogue::protocolListing(const DEV::DeviceArg &device) const
+{
+    QString text;
+    QList<QObject *> asked;
+    for (const Entry &entry : m_entries) {
+        // A package of several cores answers once.
+        if (asked.contains(entry.package))
+            continue;
+        asked << entry.package;
+        QString listing;
+        if (QMetaObject::invokeMethod(entry.package, "protocolListing", Qt::DirectConnection,
+                                      Q_RETURN_ARG(QString, listing), Q_ARG(QString, device.id)))
+            text += listing;
+    }
+    return text;
+}
+
 QStringList CoreCatalogue::listing(const DEV::DeviceArg &device) const
 {
     QStringList lines;

@@ -62,6 +62,11 @@ public:
     // family)"; 0 when no package knows it.
     int transceiverQuads(const DEV::DeviceArg &device) const;
 
+    // What the packages that answer "QString protocolListing(QString
+    // deviceId)" say about the protocols their cores offer for `device`;
+    // empty when none answers.
+    QString protocolListing(const DEV::DeviceArg &device) const;
+
     // One line a core, fields separated by tabs: id, name, version,
     // categories, and whether the device may use it.
     QStringList listing(const DEV::DeviceArg &device) const;

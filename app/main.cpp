@@ -97,6 +97,30 @@ QString batchMisuse(bool open, bool create, const QList<Needs> &needs)
     return QString();
 }
 
+// The protocols of the installed cores for one device, as the cores list them.
+int printProtocols(const QString &deviceId)
+{
+    QTextStream err(stderr);
+    QString error;
+    const DEV::DeviceArg device = chosenDevice(deviceId, &error);
+    if (!device.isValid()) {
+        err << error << '\n';
+        return 2;
+    }
+    CoreCatalogue catalogue;
+    catalogue.load(CoreCatalogue::defaultRoot());
+    for (const QString &problem : catalogue.problems())
+        err << QCoreApplication::translate("ipcoregen", "warning: %1").arg(problem) << '\n';
+    const QString listing = catalogue.protocolListing(device);
+    if (listing.isEmpty()) {
+        err << QCoreApplication::translate("ipcoregen", "No installed core lists protocols.")
+            << '\n';
+        return 1;
+    }
+    QTextStream(stdout) << listing;
+    return 0;
+}
+
 int printCatalogue(const QString &deviceId)
 {
     QTextStream out(stdout);
@@ -332,12 +356,14 @@ int main(int argc, char *argv[])
                             parser.value(languageOption));
     }
 
-    if (wantDevices || wantList || !parser.errorText().isEmpty()
+    if (wantDevices || wantList || parser.isSet(protocolsOption) || !parser.errorText().isEmpty()
         || parser.isSet(QStringLiteral("help")) || !displayAvailable()) {
         QCoreApplication app(argc, argv);
         parser.process(app);
         if (wantDevices)
             return printDevices();
+        if (parser.isSet(protocolsOption))
+            return printProtocols(deviceId);
         if (!wantList)
             QTextStream(stderr) << QCoreApplication::translate(
                 "ipcoregen", "No display is available: printing the catalogue instead.")

@@ -11,6 +11,7 @@
 #include "protocol/baseprotocol.h"
 #include "protocol/m_treecomboboxwidget.h"
 #include "protocol/message.h"
+#include "protocol/protocolcatalogue.h"
 #include "protocol/protocolpackage.h"
 #include "reconfig/reconfiguration.h"
 #include "tiers/tier.h"
@@ -243,19 +244,7 @@ void serdesipdlg::dialogDidPrepare()
 
 void serdesipdlg::initTree()
 {
-    // Plug-ins lie exactly one folder below IPlib.
-    const QDir ipLib(QDir::cleanPath(QCoreApplication::applicationDirPath()
-                                     + QStringLiteral("/../ipcore/SERDES_IP/IPlib")));
-    QStringList paths;
-    const QStringList folders = ipLib.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::NoSort);
-    for (const QString &folder : folders) {
-        const QDir dir(ipLib.absoluteFilePath(folder));
-        const QStringList files = dir.entryList(QStringList(QLatin1String(IP_FILE_FILTER)),
-                                                QDir::Files, QDir::NoSort);
-        for (const QString &file : files)
-            paths << dir.absoluteFilePath(file);
-    }
-
+    const QStringList paths = protocolPluginFiles();
     for (const QString &path : qAsConst(paths)) {
         auto *loader = new QPluginLoader(path);
         if (!loader->load()) {

@@ -2,7 +2,11 @@
 #include "plugin/serdesippackage.h"
 
 #include "plugin/serdesip.h"
+#include "protocol/protocolcatalogue.h"
 #include "tiers/tier.h"
+
+#include <core/idecore.h>
+#include <dev/devicedb.h>
 
 namespace IPSERDESIP {
 
@@ -21,6 +25,11 @@ QList<IPCore::BaseIPCore *> serdesippackage::ipCores() const
 int serdesippackage::transceiverQuads(const QString &family) const
 {
     return tierDescription(tierOf(family)).quads;
+}
+
+QString serdesippackage::protocolListing(const QString &deviceId) const
+{
+    return IPSERDESIP::protocolListing(Core::IdeCore::deviceDataBase()->findByID(deviceId));
 }
 
 } // namespace IPSERDESIP

@@ -18,6 +18,9 @@ public:
     // The transceiver quads of a device of `family`, for the generator's
     // device listing.
     Q_INVOKABLE int transceiverQuads(const QString &family) const;
+    // The installed protocols, whether the device of identifier `deviceId`
+    // can use each, and their parameters: text for the generator to print.
+    Q_INVOKABLE QString protocolListing(const QString &deviceId) const;
 };
 
 } // namespace IPSERDESIP
