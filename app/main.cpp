@@ -308,10 +308,11 @@ int main(int argc, char *argv[])
     const bool wantList = parser.isSet(listOption);
     const bool wantDevices = parser.isSet(listDevicesOption);
     const QString deviceId = parser.value(deviceOption);
-    const bool wantBatch = parser.isSet(generateOption) || parser.isSet(reportOption)
-                           || parser.isSet(schematicOption) || parser.isSet(checkOption)
-                           || parser.isSet(addOption) || parser.isSet(removeOption)
-                           || parser.isSet(newOption);
+    const bool wantBatch
+        = parser.isSet(generateOption) || parser.isSet(reportOption)
+          || parser.isSet(schematicOption) || parser.isSet(checkOption) || parser.isSet(addOption)
+          || parser.isSet(removeOption) || parser.isSet(newOption) || parser.isSet(setOption)
+          || parser.isSet(nameOption) || parser.isSet(moduleOption) || parser.isSet(languageOption);
 
     if (wantBatch && parser.errorText().isEmpty()) {
         const bool add = parser.isSet(addOption);

@@ -735,11 +735,6 @@ bool serdesipdlg::addInstance(const QString &protocol, const QStringList &settin
         }
         args.insert(key, settingsValue(setting.mid(equals + 1)));
     }
-    // What the page gives every instance its dialog makes, unless it is set.
-    if (!args.contains(QLatin1String(IPCore::Info::KEY_IP_DEVICE)))
-        args.insert(QLatin1String(IPCore::Info::KEY_IP_DEVICE), savedDeviceId());
-    if (!args.contains(QLatin1String(LANGUAGE)))
-        args.insert(QLatin1String(LANGUAGE), uiLanguageIndex());
     QStringList invalid;
     if (!proto->validate(args, invalid) && invalid.isEmpty())
         invalid << tr("%1 cannot read these settings.").arg(protocol);
