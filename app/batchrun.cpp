@@ -177,7 +177,8 @@ QString BatchRun::summary() const
     if (m_placed < 0)
         return errors;
     const int total = m_placed + m_unrestored;
-    return tr("%1 of %2 %3 restored; %4")
+    // After a change, the instances are those of the saved configuration.
+    return (m_saved ? tr("%1 of %2 %3 placed; %4") : tr("%1 of %2 %3 restored; %4"))
         .arg(m_placed)
         .arg(total)
         .arg(total == 1 ? tr("instance") : tr("instances"), errors);
@@ -274,24 +275,30 @@ bool BatchRun::change()
         return true;
     if (!call("saveConfiguration", tr("Saving the configuration")))
         return false;
+    m_saved = true;
     noteWritten(m_dialog->property("configurationFile").toString());
     return true;
 }
 
-void BatchRun::drive()
+void BatchRun::countInstances()
 {
     // Read by name, so that any core's dialog may offer them; one without
     // both is summed up by its errors alone.
-    if (m_dialog) {
-        bool hasPlaced = false;
-        bool hasUnrestored = false;
-        const int placed = m_dialog->property("placedInstances").toInt(&hasPlaced);
-        const int unrestored = m_dialog->property("unrestoredInstances").toInt(&hasUnrestored);
-        if (hasPlaced && hasUnrestored && placed >= 0 && unrestored >= 0) {
-            m_placed = placed;
-            m_unrestored = unrestored;
-        }
+    if (!m_dialog)
+        return;
+    bool hasPlaced = false;
+    bool hasUnrestored = false;
+    const int placed = m_dialog->property("placedInstances").toInt(&hasPlaced);
+    const int unrestored = m_dialog->property("unrestoredInstances").toInt(&hasUnrestored);
+    if (hasPlaced && hasUnrestored && placed >= 0 && unrestored >= 0) {
+        m_placed = placed;
+        m_unrestored = unrestored;
     }
+}
+
+void BatchRun::drive()
+{
+    countInstances();
     // A change that is refused leaves the file as it was, and nothing is
     // made from a configuration that is not the one asked for.
     if (!change()) {
@@ -300,6 +307,8 @@ void BatchRun::drive()
             m_dialog->done(QDialog::Rejected);
         return;
     }
+    if (m_saved)
+        countInstances();
     if (check && !call("checkConfiguration", tr("The check")))
         fail();
     if (!reportFile.isEmpty() && !callWriter("writeReport", reportFile))

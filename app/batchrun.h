@@ -62,6 +62,7 @@ protected:
 
 private:
     int runCore(IPCore::BaseIPCore *core, const QString &file);
+    void countInstances();
     void drive();
     bool change();
     bool callWriter(const char *slot, const QString &path);
@@ -83,6 +84,8 @@ private:
     QString m_newLanguage;
     bool m_opened = false;
     bool m_failed = false;
+    // Whether the configuration was changed and saved.
+    bool m_saved = false;
     int m_errors = 0;
     // -1 while the core's dialog has not said.
     int m_placed = -1;

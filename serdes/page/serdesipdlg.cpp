@@ -788,7 +788,7 @@ bool serdesipdlg::saveConfiguration()
 
 bool serdesipdlg::checkConfiguration()
 {
-    const QStringList problems = nameProblems();
+    const QStringList problems = nameProblems(true);
     for (const QString &problem : problems)
         qCritical("%s", qPrintable(problem));
     return problems.isEmpty();
@@ -819,7 +819,7 @@ void serdesipdlg::accept()
         QDialog::accept();
 }
 
-QStringList serdesipdlg::nameProblems() const
+QStringList serdesipdlg::nameProblems(bool unrestoredToo) const
 {
     QStringList problems;
     const auto check
@@ -834,6 +834,15 @@ QStringList serdesipdlg::nameProblems() const
         const QString owner = tr("Instance %1").arg(it.key());
         check(owner, FILE_NAME, it.value().value(QLatin1String(FILE_NAME)).toString(), false);
         check(owner, MODULE_NAME, it.value().value(QLatin1String(MODULE_NAME)).toString(), true);
+    }
+    for (const UnrestoredInstance &kept : qAsConst(m_unrestored)) {
+        // Only an instance group of the current layout holds names of its own.
+        if (!unrestoredToo || kept.entries.isEmpty())
+            continue;
+        check(kept.group, FILE_NAME, kept.entries.value(QLatin1String(FILE_NAME)).toString(),
+              false);
+        check(kept.group, MODULE_NAME, kept.entries.value(QLatin1String(MODULE_NAME)).toString(),
+              true);
     }
     return problems;
 }

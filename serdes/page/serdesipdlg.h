@@ -54,8 +54,9 @@ public:
     // everything written so far on disk and returns false.
     bool generate();
     // Every name of the core and its instances that cannot name a file in
-    // the core's folder or a module, with whose it is and why.
-    QStringList nameProblems() const;
+    // the core's folder or a module, with whose it is and why; with
+    // `unrestoredToo`, the names of the instances kept aside as well.
+    QStringList nameProblems(bool unrestoredToo = false) const;
     bool generateTopModule(const QStringList &modLines, QString &topFile, QString &templateFile);
     bool generateCsrFile(const QStringList &iniLines, const QStringList &csrLines);
     bool addToProj(const QStringList &files);
