@@ -36,6 +36,35 @@ QStringList groupLines(const QByteArray &file, const QString &group)
     return lines;
 }
 
+// The block of the README that follows the comment `marker`, without its
+// fences; empty when the README has no such comment.
+QString readmeBlock(const QString &marker)
+{
+    const QString text = QString::fromUtf8(readAll(QStringLiteral(SERDES_README)));
+    const int at = text.indexOf("<!-- " + marker + " -->");
+    if (at < 0)
+        return QString();
+    const int start = text.indexOf('\n', text.indexOf("```", at)) + 1;
+    return text.mid(start, text.indexOf("```", start) - start);
+}
+
+// Runs `script` with bash in `dir`, the staged generator first on the path.
+Run shell(const QString &script, const QString &dir)
+{
+    QProcessEnvironment env = quietLeakChecker();
+    env.insert("PATH", STAGE + "/bin:" + env.value("PATH"));
+    QProcess process;
+    process.setProcessEnvironment(env);
+    process.setWorkingDirectory(dir);
+    process.start("bash", {"-e", "-c", script});
+    Run run;
+    if (process.waitForFinished(300000) && process.exitStatus() == QProcess::NormalExit)
+        run.exitCode = process.exitCode();
+    run.out = QString::fromUtf8(process.readAllStandardOutput());
+    run.err = generatorWords(process.readAllStandardError());
+    return run;
+}
+
 } // namespace
 
 class tst_ConfigText : public QObject
@@ -48,6 +77,7 @@ private slots:
     void sameAsTheDialogs();
     void commands();
     void checkSaysEveryProblem();
+    void readmeExample();
 };
 
 void tst_ConfigText::sameAsTheDialogs_data()
@@ -195,6 +225,27 @@ void tst_ConfigText::checkSaysEveryProblem()
         QVERIFY2(lines.contains(problem), qPrintable(run.err));
     QCOMPARE(run.out, QString());
     QCOMPARE(readAll(file), text);
+}
+
+// The README's worked example runs as written, and its failing check prints
+// what the README shows.
+void tst_ConfigText::readmeExample()
+{
+    QTemporaryDir tmp;
+    const QString script = readmeBlock("worked example");
+    QVERIFY(!script.isEmpty());
+    Run run = shell(script, tmp.path());
+    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
+    QVERIFY(QFile::exists(tmp.filePath("link.v")));
+
+    QStringList shown = readmeBlock("failing check").split('\n');
+    const QString command = shown.takeFirst().mid(int(strlen("$ ")));
+    QByteArray text = readAll(tmp.filePath("link.ipc"));
+    text.replace("lanes=Q0 Lane2\n", "lanes=Q0 Lane1\n").replace("module=eth1\n", "module=1eth\n");
+    QVERIFY(writeFile(tmp.filePath("link.ipc"), text));
+    run = shell(command, tmp.path());
+    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.err, shown.join('\n'));
 }
 
 QTEST_MAIN(tst_ConfigText)
