@@ -511,17 +511,16 @@ void tst_PageSerdesIpDlg::buttons()
     const QList<clockSchematicView *> schematics = page.findChildren<clockSchematicView *>();
     QCOMPARE(schematics.size(), 1);
     QVERIFY(schematics.first()->isVisible());
-    QCOMPARE(schematics.first()->labels,
-             (QHash<QString, QString>{{"Q0_REFCLK0", "156.25 MHz"}, {"Q1_LANE0_TX", "5 Gbps"}}));
 
     // The open schematic follows the instances created and deleted on the
-    // page, notes included; a closed one waits for its next opening.
+    // page, with their notes; a closed one waits for its next opening.
     clockSchematicView *schematic = schematics.first();
     page.createIP(QStringLiteral("TestProtocol"));
     QVERIFY(schematic->connections.contains({"Q0_QPLL0", "Q0_LANE0_TX"}));
-    QCOMPARE(schematic->labels.value("Q0_LANE0_TX"), QStringLiteral("10.3125 Gbps"));
-    QCOMPARE(schematic->labels.value("Q0_LANE0_RX"), QStringLiteral("10.3125 Gbps"));
-    QCOMPARE(schematic->notes.size(), 4);
+    QCOMPARE(schematic->labels, (QHash<QString, QString>{{"Q0_REFCLK0", "156.25 MHz"},
+                                                         {"Q0_LANE0_TX", "10.3125 Gbps"},
+                                                         {"Q0_LANE0_RX", "10.3125 Gbps"},
+                                                         {"Q1_LANE0_TX", "5 Gbps"}}));
     page.deleteIP(QStringLiteral("test_1"));
     QCOMPARE(schematic->connections, wires);
     QCOMPARE(schematic->notes.size(), 2);
