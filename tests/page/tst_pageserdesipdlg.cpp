@@ -511,12 +511,10 @@ void tst_PageSerdesIpDlg::buttons()
     const QList<clockSchematicView *> schematics = page.findChildren<clockSchematicView *>();
     QCOMPARE(schematics.size(), 1);
     QVERIFY(schematics.first()->isVisible());
-
     // The open schematic follows the instances created and deleted on the
     // page, with their notes; a closed one waits for its next opening.
     clockSchematicView *schematic = schematics.first();
     page.createIP(QStringLiteral("TestProtocol"));
-    QVERIFY(schematic->connections.contains({"Q0_QPLL0", "Q0_LANE0_TX"}));
     QCOMPARE(schematic->labels, (QHash<QString, QString>{{"Q0_REFCLK0", "156.25 MHz"},
                                                          {"Q0_LANE0_TX", "10.3125 Gbps"},
                                                          {"Q0_LANE0_RX", "10.3125 Gbps"},
