@@ -7,6 +7,7 @@
 
 #include "model/serdes.h"
 #include "model/serdesip_common.h"
+#include "page/configurationreport.h"
 #include "protocol/message.h"
 #include "views/clockgraphicview.h"
 #include "views/clockschematicview.h"
@@ -192,13 +193,18 @@ int main(int argc, char **argv)
             err << picture.file << ": the model refuses " << error << "\n";
             return 1;
         }
+        QMap<QString, Message *> instances;
+        for (const auto &m : messages)
+            instances.insert(m->name, m.get());
         clockSchematicView schematic(deviceOf(picture));
         schematic.setConnectionList(connections());
+        schematic.setLabels(schematicLabels(instances));
         schematic.updateView();
         settle(&schematic);
-        // Large enough for the whole drawing at its own scale.
+        // Exactly the whole drawing, which the window keeps fitted: at its
+        // own scale.
         const QSize frame = schematic.size() - schematic.view->viewport()->size();
-        schematic.resize(schematic.scene->sceneRect().size().toSize() + frame + QSize(2, 2));
+        schematic.resize(schematic.scene->sceneRect().size().toSize() + frame);
         settle(&schematic);
         ok = save(&schematic, dir.filePath(QLatin1String(picture.file)), err) && ok;
     }

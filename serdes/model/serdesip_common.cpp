@@ -92,4 +92,29 @@ bool Message::check()
     return false;
 }
 
+namespace {
+
+QString lineRate(const Message &m, int row, const char *line, const char *other,
+                 const QStringList &own)
+{
+    const QString lane = m.lanes.value(row);
+    if (lane.contains(QLatin1String(other)))
+        return QString();
+    if (lane.contains(QLatin1String(line)) || m.rates.value(row).toDouble() == 0)
+        return own.value(row);
+    return m.rates.value(row);
+}
+
+} // namespace
+
+QString Message::txRate(int row) const
+{
+    return lineRate(*this, row, "TX", "RX", txRates);
+}
+
+QString Message::rxRate(int row) const
+{
+    return lineRate(*this, row, "RX", "TX", rxRates);
+}
+
 } // namespace IPSERDESIP

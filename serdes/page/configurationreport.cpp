@@ -3,7 +3,9 @@
 
 #include "protocol/message.h"
 
+#include <QCoreApplication>
 #include <QJsonArray>
+#include <QSet>
 
 namespace IPSERDESIP {
 
@@ -83,6 +85,37 @@ QJsonObject configurationReport(const DEV::DeviceArg &device, const QString &mod
                        {QStringLiteral("references"), references},
                        {QStringLiteral("plls"), plls},
                        {QStringLiteral("routes"), routeObject}};
+}
+
+QHash<QString, QString> schematicLabels(const QMap<QString, Message *> &instances)
+{
+    QMap<QString, QStringList> values;
+    const auto note = [&values](const QString &name, const QString &value) {
+        // "0" and empty rows stand for none.
+        if (!name.isEmpty() && value.toDouble() != 0 && !values[name].contains(value))
+            values[name] << value;
+    };
+    QSet<QString> sources;
+    for (const Message *msg : instances) {
+        for (int i = 0; i < msg->lanes.size(); ++i) {
+            // A row names a whole lane or one of its lines.
+            const QString lane = msg->lanes.at(i);
+            const bool line
+                = lane.endsWith(QLatin1String("_TX")) || lane.endsWith(QLatin1String("_RX"));
+            note(line ? lane : QString(lane + QLatin1String("_TX")), msg->txRate(i));
+            note(line ? lane : QString(lane + QLatin1String("_RX")), msg->rxRate(i));
+            note(msg->refs.value(i), msg->refFreqs.value(i));
+            sources << msg->refs.value(i);
+        }
+    }
+    QHash<QString, QString> labels;
+    for (auto it = values.cbegin(); it != values.cend(); ++it) {
+        // The floorplan's tooltips say the same in the same words.
+        const char *unit = sources.contains(it.key()) ? "%1 MHz" : "%1 Gbps";
+        labels.insert(it.key(), QCoreApplication::translate("IPSERDESIP::serdesView", unit)
+                                    .arg(it.value().join(QLatin1String(", "))));
+    }
+    return labels;
 }
 
 } // namespace IPSERDESIP

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "plugin/serdesip_global.h"
+
 #include <dev/devicearg.h>
 
+#include <QHash>
 #include <QJsonObject>
 #include <QMap>
 #include <QString>
@@ -20,5 +23,11 @@ class Message;
 QJsonObject configurationReport(const DEV::DeviceArg &device, const QString &moduleName,
                                 const QString &fileName, const QMap<QString, Message *> &instances,
                                 const QMap<QString, QStringList> &routes);
+
+// The clock schematic's notes by element name, from the instances placed:
+// each reference source's frequency ("156.25 MHz") and each line's rate
+// ("10.3125 Gbps"). Values that instances disagree on are all listed.
+SERDESIP_TEST_EXPORT QHash<QString, QString>
+schematicLabels(const QMap<QString, Message *> &instances);
 
 } // namespace IPSERDESIP

@@ -357,6 +357,7 @@ bool serdesipdlg::placeIP(Message *msg, BaseProtocol *proto, const QMap<QString,
         m_args.insert(name, args);
         m_messages.insert(name, msg);
         m_view->addItem(msg);
+        refreshSchematic();
         return true;
     }
     // The model's own words, then what stands in the way of each row.
@@ -466,6 +467,7 @@ void serdesipdlg::editIP(QString name)
     BaseProtocol *proto = m_owners.take(name);
     const QMap<QString, QVariant> oldArgs = m_args.take(name);
     m_view->deleteItem(msg);
+    refreshSchematic();
 
     // The protocol's flags in the model's store go out with the instance and
     // come back only if the edit is cancelled.
@@ -527,6 +529,7 @@ void serdesipdlg::deleteIP(QString name)
     m_view->deleteItem(msg);
     delete msg;
     m_changed = true;
+    refreshSchematic();
 
     serdes *model = serdes::instance();
     const QStringList keys = model->data.keys();
@@ -631,8 +634,15 @@ void serdesipdlg::showClockSchematic()
     if (!m_schematic)
         m_schematic = new clockSchematicView(device(), this);
     m_schematic->setConnectionList(getConnectListFromToml());
+    m_schematic->setLabels(schematicLabels(m_messages));
     m_schematic->updateView();
     m_schematic->setVisible(true);
+}
+
+void serdesipdlg::refreshSchematic()
+{
+    if (m_schematic && m_schematic->isVisible())
+        showClockSchematic();
 }
 
 void serdesipdlg::showReconfiguration()
@@ -664,7 +674,8 @@ bool serdesipdlg::writeReport(const QString &path)
 bool serdesipdlg::writeSchematic(const QString &path)
 {
     QString error;
-    if (!clockSchematicView::saveSchematic(device(), getConnectListFromToml(), path, error)) {
+    if (!clockSchematicView::saveSchematic(device(), getConnectListFromToml(),
+                                           schematicLabels(m_messages), path, error)) {
         qCritical("%s", qPrintable(error));
         return false;
     }

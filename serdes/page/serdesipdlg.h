@@ -148,6 +148,8 @@ private:
                         const QString &reason);
     void showUnrestored();
     double chooseHue() const;
+    // Draws an open schematic again after the instances changed.
+    void refreshSchematic();
     void showModelError(const QString &err);
 
     QMap<QString, QVariant> m_info;

@@ -21,6 +21,12 @@ public:
     // critical log.
     bool check();
 
+    // The rate of row `row`'s TX or RX line as the model sets it: a row of one
+    // line has its own rate and none for the other line; a row of a whole
+    // lane has its common rate, or the line's own where that is 0.
+    QString txRate(int row) const;
+    QString rxRate(int row) const;
+
     QString type;    // the protocol's name; "BCDR" hangs RX lines on PLLs too
     QString name;    // the instance's name
     QString file;    // the instance's file name

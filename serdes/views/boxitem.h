@@ -27,4 +27,25 @@ public:
     QRectF rect;
 };
 
+// A note of the clock schematic, such as a reference's frequency beside its
+// source: a short grey text aligned in `rect`, which it may outgrow.
+class SERDESIP_TEST_EXPORT NoteItem : public QGraphicsItem
+{
+public:
+    enum { Type = NoteItemType };
+
+    NoteItem(QString text, QRectF rect, Qt::Alignment alignment, QGraphicsItem *parent = nullptr);
+
+    QRectF boundingRect() const override;
+    void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
+    int type() const override { return Type; }
+
+    QString text;
+    QRectF rect;
+    Qt::Alignment alignment;
+
+private:
+    QRectF m_bounds;
+};
+
 } // namespace IPSERDESIP

@@ -4,6 +4,7 @@
 #include "views/schematiclayout.h"
 #include "views/zoombuttons.h"
 
+#include <QAction>
 #include <QMouseEvent>
 #include <QResizeEvent>
 #include <QToolButton>
@@ -24,11 +25,27 @@ clockGraphicView::clockGraphicView(QWidget *parent)
         = zoombuttons::create(this, zoombuttons::ZOOM_OUT_ICON, tr("Zoom out"), "zoomOutButton");
     connect(zoomInButton, &QToolButton::clicked, this, &clockGraphicView::zoomIn);
     connect(zoomOutButton, &QToolButton::clicked, this, &clockGraphicView::zoomOut);
+    fitAction = new QAction(tr("Fit"), this);
+    fitAction->setShortcut(Qt::Key_F);
+    fitAction->setToolTip(tr("Fit the whole drawing in the window (F)"));
+    connect(fitAction, &QAction::triggered, this, &clockGraphicView::fit);
+    // Where the view holds it, the key works anywhere in the window.
+    addAction(fitAction);
+    addCornerButton(fitAction, "fitButton");
 }
 
 int clockGraphicView::updateButtonGeometry(QToolButton *button, int x, int y)
 {
     return zoombuttons::place(button, x, y);
+}
+
+QToolButton *clockGraphicView::addCornerButton(QAction *action, const char *objectName)
+{
+    auto *button = new QToolButton(this);
+    button->setObjectName(QLatin1String(objectName));
+    button->setDefaultAction(action);
+    m_cornerButtons << button;
+    return button;
 }
 
 // The scale is uniform, so the horizontal factor stands for both.
@@ -38,6 +55,7 @@ void clockGraphicView::setScale(double scale)
     t.reset();
     t.scale(scale, scale);
     setTransform(t, false);
+    m_fitted = false;
 }
 
 void clockGraphicView::zoomIn()
@@ -50,6 +68,19 @@ void clockGraphicView::zoomOut()
     setScale(qMax(transform().m11() * ZOOM_OUT_STEP, ZOOM_MIN));
 }
 
+// The room is that of a viewport without scroll bars: a scene that fills it
+// exactly needs none.
+void clockGraphicView::fit()
+{
+    const QRectF rect = sceneRect();
+    const QSize room = maximumViewportSize();
+    if (rect.isEmpty() || room.isEmpty())
+        return;
+    setScale(qMin(room.width() / rect.width(), room.height() / rect.height()));
+    centerOn(rect.center());
+    m_fitted = true;
+}
+
 void clockGraphicView::resizeEvent(QResizeEvent *event)
 {
     viewSize = event->size();
@@ -57,8 +88,12 @@ void clockGraphicView::resizeEvent(QResizeEvent *event)
     int y = 0;
     zoombuttons::corner(this, x, y);
     y = updateButtonGeometry(zoomOutButton, x, y);
-    updateButtonGeometry(zoomInButton, x, y);
+    y = updateButtonGeometry(zoomInButton, x, y);
+    for (QToolButton *button : qAsConst(m_cornerButtons))
+        y = updateButtonGeometry(button, x, y);
     QGraphicsView::resizeEvent(event);
+    if (m_fitted)
+        fit();
 }
 
 void clockGraphicView::wheelEvent(QWheelEvent *event)

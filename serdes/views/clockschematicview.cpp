@@ -10,6 +10,7 @@
 
 #include <utils/messages.h>
 
+#include <QAction>
 #include <QContextMenuEvent>
 #include <QDir>
 #include <QFileDialog>
@@ -26,6 +27,7 @@
 #include <QSaveFile>
 #include <QShortcut>
 #include <QSvgGenerator>
+#include <QVector>
 #include <QtDebug>
 
 #include <algorithm>
@@ -56,6 +58,40 @@ QPolygonF arrowHead(const QLineF &leg)
     return head;
 }
 
+// Where a net's wires branch: the ends of its legs from which wire runs in
+// three or four of the four directions. Every branch runs out along the same
+// first leg and trunk, so legs repeat and overlap, and directions are
+// counted, not legs. Wires that cross meet at no leg's end and get no dot.
+QList<QPointF> branchPoints(const QVector<QLineF> &legs)
+{
+    QList<QPointF> seen;
+    QList<QPointF> points;
+    for (const QLineF &leg : legs) {
+        for (const QPointF &p : {leg.p1(), leg.p2()}) {
+            if (seen.contains(p))
+                continue;
+            seen << p;
+            bool left = false, right = false, up = false, down = false;
+            for (const QLineF &other : legs) {
+                const double x1 = qMin(other.x1(), other.x2());
+                const double x2 = qMax(other.x1(), other.x2());
+                const double y1 = qMin(other.y1(), other.y2());
+                const double y2 = qMax(other.y1(), other.y2());
+                if (y1 == y2 && y1 == p.y()) {
+                    left = left || (x1 < p.x() && p.x() <= x2);
+                    right = right || (x1 <= p.x() && p.x() < x2);
+                } else if (x1 == x2 && x1 == p.x()) {
+                    up = up || (y1 < p.y() && p.y() <= y2);
+                    down = down || (y1 <= p.y() && p.y() < y2);
+                }
+            }
+            if (int(left) + int(right) + int(up) + int(down) >= 3)
+                points << p;
+        }
+    }
+    return points;
+}
+
 void renderScene(QGraphicsScene *scene, QPainter &painter)
 {
     const QRectF source = scene->sceneRect();
@@ -83,6 +119,12 @@ clockSchematicView::clockSchematicView(const DEV::DeviceArg &device, QWidget *pa
 
     auto *save = new QShortcut(QKeySequence::Save, this);
     connect(save, &QShortcut::activated, this, &clockSchematicView::saveImageAs);
+    labelsAction = new QAction(tr("Labels"), this);
+    labelsAction->setCheckable(true);
+    labelsAction->setChecked(true);
+    labelsAction->setToolTip(tr("Show the reference clocks' frequencies and the lines' rates"));
+    connect(labelsAction, &QAction::toggled, this, &clockSchematicView::showLabels);
+    view->addCornerButton(labelsAction, "labelsButton");
 }
 
 clockSchematicView::~clockSchematicView()
@@ -180,12 +222,33 @@ void clockSchematicView::setConnectionList(const QList<QPair<QString, QString>> 
     connections = list;
 }
 
+void clockSchematicView::setLabels(const QHash<QString, QString> &labels)
+{
+    this->labels = labels;
+}
+
+bool clockSchematicView::labelsShown() const
+{
+    return labelsAction->isChecked();
+}
+
+void clockSchematicView::showLabels(bool shown)
+{
+    labelsAction->setChecked(shown);
+    for (NoteItem *note : qAsConst(notes))
+        note->setVisible(shown);
+}
+
 void clockSchematicView::updateView()
 {
     for (NetItem *net : qAsConst(nets))
         scene->removeItem(net);
     qDeleteAll(nets);
     nets.clear();
+    for (NoteItem *note : qAsConst(notes))
+        scene->removeItem(note);
+    qDeleteAll(notes);
+    notes.clear();
 
     for (Item *item : qAsConst(items)) {
         item->outs.clear();
@@ -194,6 +257,7 @@ void clockSchematicView::updateView()
     }
     initConnection();
     route();
+    placeNotes();
     // The colours were written past setColor(), so the nodes repaint here.
     scene->update();
     update();
@@ -231,6 +295,7 @@ void clockSchematicView::route()
         if (source->outs.isEmpty())
             continue;
         QPainterPath path;
+        QVector<QLineF> legs;
         for (Item *target : qAsConst(source->outs)) {
             const QPointF p = source->outPointF();
             const QPointF in = target->inPointF();
@@ -241,11 +306,53 @@ void clockSchematicView::route()
             path.lineTo(trunk, in.y());
             path.lineTo(legEnd);
             path.addPolygon(arrowHead(QLineF(QPointF(trunk, in.y()), legEnd)));
+            legs << QLineF(p, QPointF(trunk, p.y())) << QLineF(trunk, p.y(), trunk, in.y())
+                 << QLineF(QPointF(trunk, in.y()), legEnd);
         }
-        auto *net = new NetItem(path);
+        auto *net = new NetItem(path, branchPoints(legs));
         nets.append(net);
         scene->addItem(net);
     }
+}
+
+// Notes stand beside their nodes as schematiclayout.h says, out of the way of
+// captions and wires; a node of another kind has no room for one.
+void clockSchematicView::placeNotes()
+{
+    // In name order, as the wires, so that saved files come out alike.
+    QStringList keys = labels.keys();
+    std::sort(keys.begin(), keys.end());
+    for (const QString &key : qAsConst(keys)) {
+        const Item *node = items.value(key);
+        const QString text = labels.value(key);
+        if (!node || text.isEmpty())
+            continue;
+        QRectF rect;
+        Qt::Alignment alignment;
+        if (node->type() == RefClkItemType) {
+            rect = QRectF(LABEL_INSET, -NOTE_GAP - NOTE_HEIGHT, REFCLK_TEXT_WIDTH - LABEL_INSET,
+                          NOTE_HEIGHT);
+            alignment = Qt::AlignLeft | Qt::AlignBottom;
+        } else if (node->type() == LineItemType) {
+            const bool below = key.endsWith(QLatin1String("_RX"));
+            rect = QRectF(0, below ? NODE_HEIGHT + NOTE_GAP : -NOTE_GAP - NOTE_HEIGHT, NODE_WIDTH,
+                          NOTE_HEIGHT);
+            alignment = Qt::AlignRight | (below ? Qt::AlignTop : Qt::AlignBottom);
+        } else {
+            continue;
+        }
+        auto *note = new NoteItem(text, rect, alignment);
+        note->setPos(node->pos());
+        note->setVisible(labelsShown());
+        notes << note;
+        scene->addItem(note);
+    }
+}
+
+void clockSchematicView::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    view->fit();
 }
 
 bool clockSchematicView::saveImage(const QString &fileName, QString &error) const
@@ -300,10 +407,12 @@ bool clockSchematicView::saveImage(const QString &fileName, QString &error) cons
 
 bool clockSchematicView::saveSchematic(const DEV::DeviceArg &device,
                                        const QList<QPair<QString, QString>> &connections,
+                                       const QHash<QString, QString> &labels,
                                        const QString &fileName, QString &error)
 {
     clockSchematicView schematic(device);
     schematic.setConnectionList(connections);
+    schematic.setLabels(labels);
     schematic.updateView();
     return schematic.saveImage(fileName, error);
 }
@@ -337,6 +446,9 @@ void clockSchematicView::contextMenuEvent(QContextMenuEvent *event)
     QMenu menu(this);
     QAction *save = menu.addAction(tr("Save Image..."), this, &clockSchematicView::saveImageAs);
     save->setShortcut(QKeySequence::Save);
+    menu.addSeparator();
+    menu.addAction(view->fitAction);
+    menu.addAction(labelsAction);
     menu.exec(event->globalPos());
 }
 

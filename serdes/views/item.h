@@ -22,6 +22,7 @@ enum SchematicItemType {
     RefClkItemType,
     BoxItemType,
     NetItemType,
+    NoteItemType,
 };
 
 // A node of the clock schematic: a fixed shape with an in point on its left

@@ -114,6 +114,19 @@ constexpr QRgb NODE_IDLE = qRgb(148, 181, 212);
 constexpr QRgb NODE_ON_PATH = qRgb(255, 230, 102);
 constexpr QRgb WIRE = qRgb(91, 155, 213);
 
+// Notes beside the nodes, smaller than the captions and grey: a reference
+// source's frequency above its shaft, from its tail; a line's rate above a TX
+// line and below an RX line, flush with the line's right end. So they stay
+// inside the lane's box, off its caption and clear of the wires, which come
+// in from the left.
+constexpr int NOTE_PIXELS = 10;
+constexpr double NOTE_HEIGHT = 13;
+constexpr double NOTE_GAP = 1;
+constexpr QRgb NOTE = qRgb(64, 64, 64);
+
+// The dot where a wire branches, so that a branch and a crossing differ.
+constexpr double JUNCTION_DIAMETER = 6;
+
 // The last leg of a wire stops this short of its target; the arrowhead fills
 // the gap and is half as wide as it is long.
 constexpr double ARROW_LENGTH = 10;

@@ -166,13 +166,11 @@ SerdesItem *serdesView::formStringToLaneItem(const QString &name)
 // What an instance is, in a few lines for a tooltip.
 QString serdesView::instanceText(const Message &m)
 {
-    // A row's rate stands for both lines unless it is "0".
     QStringList tx;
     QStringList rx;
     for (int i = 0; i < m.lanes.size(); ++i) {
-        const QString both = m.rates.value(i);
-        tx << (both == QLatin1String("0") ? m.txRates.value(i) : both);
-        rx << (both == QLatin1String("0") ? m.rxRates.value(i) : both);
+        tx << m.txRate(i);
+        rx << m.rxRate(i);
     }
     QStringList refs;
     for (int i = 0; i < m.refs.size(); ++i)

@@ -500,7 +500,7 @@ void tst_PageSerdesIpDlg::buttons()
     serdesipdlg page(coreInfo());
     page.setCreating(m_tmp->path(), deviceOf(QStringLiteral("RK9C880D-FG1517-2")));
     page.parseData_v_1_2(QStringLiteral("TestProtocol:x"),
-                         instanceArgs("x", {"Q1_LANE0_TX Q1_QPLL0 Q0_REFCLK0 100 0 0 5"}));
+                         instanceArgs("x", {"Q1_LANE0_TX Q1_QPLL0 Q0_REFCLK0 156.25 0 0 5"}));
 
     // The schematic gets the routes as wires from the source side; the bridge
     // joins its neighbours and is no node.
@@ -517,6 +517,20 @@ void tst_PageSerdesIpDlg::buttons()
     const QList<clockSchematicView *> schematics = page.findChildren<clockSchematicView *>();
     QCOMPARE(schematics.size(), 1);
     QVERIFY(schematics.first()->isVisible());
+    // The open schematic follows the instances created and deleted on the
+    // page, with their notes; a closed one waits for its next opening.
+    clockSchematicView *schematic = schematics.first();
+    page.createIP(QStringLiteral("TestProtocol"));
+    QCOMPARE(schematic->labels, (QHash<QString, QString>{{"Q0_REFCLK0", "156.25 MHz"},
+                                                         {"Q0_LANE0_TX", "10.3125 Gbps"},
+                                                         {"Q0_LANE0_RX", "10.3125 Gbps"},
+                                                         {"Q1_LANE0_TX", "5 Gbps"}}));
+    page.deleteIP(QStringLiteral("test_1"));
+    QCOMPARE(schematic->connections, wires);
+    QCOMPARE(schematic->notes.size(), 2);
+    schematic->hide();
+    page.createIP(QStringLiteral("TestProtocol"));
+    QCOMPARE(schematic->connections, wires);
     const QList<reconfiguration *> reconfigs = page.findChildren<reconfiguration *>();
     QCOMPARE(reconfigs.size(), 1);
     QVERIFY(reconfigs.first()->isVisible());
