@@ -633,6 +633,7 @@ void serdesipdlg::showClockSchematic()
 {
     if (!m_schematic)
         m_schematic = new clockSchematicView(device(), this);
+    m_schematic->proposeSaveDirectory(createPath());
     m_schematic->setConnectionList(getConnectListFromToml());
     m_schematic->setLabels(schematicLabels(m_messages));
     m_schematic->updateView();

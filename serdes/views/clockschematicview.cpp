@@ -417,6 +417,12 @@ bool clockSchematicView::saveSchematic(const DEV::DeviceArg &device,
     return schematic.saveImage(fileName, error);
 }
 
+void clockSchematicView::proposeSaveDirectory(const QString &dir)
+{
+    if (!m_saved)
+        m_saveDirectory = dir;
+}
+
 void clockSchematicView::saveImageAs()
 {
     QFileDialog dialog(this, tr("Save Clock Schematic"), m_saveDirectory);
@@ -436,6 +442,7 @@ void clockSchematicView::saveImageAs()
 
     const QString fileName = dialog.selectedFiles().constFirst();
     m_saveDirectory = QFileInfo(fileName).absolutePath();
+    m_saved = true;
     QString error;
     if (!saveImage(fileName, error))
         Utils::showMessage(this, QMessageBox::Critical, tr("Error"), error);

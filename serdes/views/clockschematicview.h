@@ -86,6 +86,10 @@ public:
     // Checked while the notes are shown.
     QAction *labelsAction;
 
+    // Where the file dialog of saveImageAs() starts until the user has saved
+    // somewhere: the page's "Create In" directory.
+    void proposeSaveDirectory(const QString &dir);
+
 public slots:
     // Asks for a file name and saves the drawing there.
     void saveImageAs();
@@ -105,6 +109,7 @@ private:
 
     // Where the last image was saved; the next file dialog starts there.
     QString m_saveDirectory;
+    bool m_saved = false;
 };
 
 } // namespace IPSERDESIP
