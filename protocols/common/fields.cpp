@@ -3,9 +3,12 @@
 
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QFrame>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QRegularExpressionValidator>
+#include <QVBoxLayout>
 
 namespace samples {
 
@@ -16,7 +19,29 @@ struct Fields
     Q_DECLARE_TR_FUNCTIONS(Fields)
 };
 
+// The dynamic properties by which a field knows its problem line, and the
+// tooltip it has without a problem.
+const char PROBLEM_LINE[] = "samplesProblemLine";
+const char PROBLEM_FRAME[] = "samplesProblemFrame";
+const char PLAIN_TIP[] = "samplesPlainTip";
+const char NUMBER[] = "samplesNumber";
+
+const char FRAME_STYLE[] = "QFrame#problemFrame { border: 1px solid %1; }";
+
+QLabel *problemLine(const QWidget *field)
+{
+    return qobject_cast<QLabel *>(field->property(PROBLEM_LINE).value<QObject *>());
+}
+
 } // namespace
+
+QStringList problemTexts(const QList<Problem> &problems)
+{
+    QStringList texts;
+    for (const Problem &problem : problems)
+        texts << problem.text;
+    return texts;
+}
 
 void setUpField(Field field, QWidget *widget, QLabel *label)
 {
@@ -55,11 +80,6 @@ void setUpField(Field field, QWidget *widget, QLabel *label)
         words = Fields::tr("RX rate (Gbps):");
         tip = Fields::tr("Line rate of the receivers, in Gbps.");
         break;
-    case Field::LineRate:
-        words = Fields::tr("Line rate:");
-        tip = Fields::tr("Line rate of the lanes, both ways, in Gbps.");
-        number = false;
-        break;
     }
     widget->setToolTip(tip);
     if (label) {
@@ -69,6 +89,7 @@ void setUpField(Field field, QWidget *widget, QLabel *label)
     }
     if (!number)
         return;
+    widget->setProperty(NUMBER, true);
     // Numbers are typed with a point whatever the user's locale, as the
     // parameter files write them.
     auto *validator = new QRegularExpressionValidator(
@@ -77,6 +98,66 @@ void setUpField(Field field, QWidget *widget, QLabel *label)
         combo->setValidator(validator);
     else if (auto *edit = qobject_cast<QLineEdit *>(widget))
         edit->setValidator(validator);
+}
+
+bool isNumberField(const QWidget *widget)
+{
+    return widget->property(NUMBER).toBool();
+}
+
+void addProblemLine(QWidget *field)
+{
+    QWidget *parent = field->parentWidget();
+    if (!parent || !parent->layout() || problemLine(field))
+        return;
+    // The field and its line take the field's place in its layout; a frame
+    // of the field's own, transparent while there is no problem, keeps the
+    // field where it is when it turns red.
+    auto *holder = new QWidget(parent);
+    auto *holderLayout = new QVBoxLayout(holder);
+    holderLayout->setContentsMargins(0, 0, 0, 0);
+    holderLayout->setSpacing(1);
+    auto *frame = new QFrame(holder);
+    frame->setObjectName(QStringLiteral("problemFrame"));
+    frame->setStyleSheet(QString::fromLatin1(FRAME_STYLE).arg(QLatin1String("transparent")));
+    auto *frameLayout = new QVBoxLayout(frame);
+    frameLayout->setContentsMargins(1, 1, 1, 1);
+    delete parent->layout()->replaceWidget(field, holder);
+    frameLayout->addWidget(field);
+    holderLayout->addWidget(frame);
+    auto *line = new QLabel(holder);
+    line->setObjectName(field->objectName() + QStringLiteral("Problem"));
+    line->setWordWrap(true);
+    line->setStyleSheet(QStringLiteral("color: #c00000;"));
+    line->setMinimumHeight(line->fontMetrics().height());
+    holderLayout->addWidget(line);
+    field->setProperty(PROBLEM_LINE, QVariant::fromValue<QObject *>(line));
+    field->setProperty(PROBLEM_FRAME, QVariant::fromValue<QObject *>(frame));
+}
+
+void showProblem(QWidget *field, const QString &text)
+{
+    QLabel *line = problemLine(field);
+    if (!line || line->text() == text)
+        return;
+    line->setText(text);
+    if (auto *frame = qobject_cast<QWidget *>(field->property(PROBLEM_FRAME).value<QObject *>()))
+        frame->setStyleSheet(QString::fromLatin1(FRAME_STYLE)
+                                 .arg(QLatin1String(text.isEmpty() ? "transparent" : "#d00000")));
+    // The tooltip the field has without a problem is kept, and the problem
+    // added to it while it stands.
+    if (!field->property(PLAIN_TIP).isValid())
+        field->setProperty(PLAIN_TIP, field->toolTip());
+    const QString plain = field->property(PLAIN_TIP).toString();
+    field->setToolTip(text.isEmpty() ? plain : plain + QStringLiteral("\n\n") + text);
+    if (text.isEmpty())
+        field->setProperty(PLAIN_TIP, QVariant());
+}
+
+QString problemShown(const QWidget *field)
+{
+    const QLabel *line = problemLine(field);
+    return line ? line->text() : QString();
 }
 
 void showNote(QLabel *label, const QString &text)
