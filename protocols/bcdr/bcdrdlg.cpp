@@ -143,7 +143,6 @@ BcdrDlg::BcdrDlg(const QString &helpFile, QWidget *parent)
                                                         {RX_RATE, m_page->rxRate},
                                                         {ENCODING, m_form->comboEncoding},
                                                         {WIDTH, m_form->comboWidth},
-                                                        {COMMA, m_form->comboComma},
                                                         {COUPLING, m_form->comboCoupling},
                                                         {SD_THRESHOLD, m_form->comboSdThreshold},
                                                         {OVS_MODE, m_form->comboOvsMode},

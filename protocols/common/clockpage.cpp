@@ -9,7 +9,10 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
+#include <QStyle>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace samples {
 
@@ -30,13 +33,15 @@ QComboBox *addRow(QGridLayout *grid, Field field, const QString &name, bool edit
     return combo;
 }
 
-QGroupBox *addGroup(QVBoxLayout *layout, const QString &title, const QString &name,
+QGroupBox *addGroup(QBoxLayout *layout, const QString &title, const QString &name,
                     QGridLayout **grid)
 {
     auto *group = new QGroupBox(title);
     group->setObjectName(name);
     *grid = new QGridLayout(group);
     (*grid)->setColumnStretch(1, 1);
+    // The problem line under each field keeps the rows apart.
+    (*grid)->setVerticalSpacing(1);
     layout->addWidget(group);
     return group;
 }
@@ -58,6 +63,9 @@ ClockPage::ClockPage(const QStringList &quads, Rates rates, QWidget *parent)
     lanes = new QListWidget;
     lanes->setObjectName(QStringLiteral("listLanes"));
     setUpField(Field::Lanes, lanes);
+    // A lane's name, its check box and a scroll bar beside it.
+    lanes->setMinimumWidth(lanes->fontMetrics().horizontalAdvance(QStringLiteral("Q0 Lane0"))
+                           + 3 * lanes->style()->pixelMetric(QStyle::PM_ScrollBarExtent));
     lanesLayout->addWidget(lanesCaption);
     lanesLayout->addWidget(lanes);
     page->addWidget(lanesGroup);
@@ -65,11 +73,15 @@ ClockPage::ClockPage(const QStringList &quads, Rates rates, QWidget *parent)
     m_right = new QVBoxLayout;
     page->addLayout(m_right, 1);
     const QStringList groups = quads.isEmpty() ? QStringList{QString()} : quads;
+    // The quads' clocks side by side, so that the page of a two-quad device
+    // is no taller than that of a one-quad device.
+    auto *clockRow = new QHBoxLayout;
+    m_right->addLayout(clockRow);
     for (const QString &quad : groups) {
         Clock clock;
         const QString title = quad.isEmpty() ? tr("Clock") : tr("Quad %1 clock").arg(quad.mid(1));
         clock.group
-            = addGroup(m_right, title,
+            = addGroup(clockRow, title,
                        QStringLiteral("group") + (quad.isEmpty() ? QStringLiteral("Clock") : quad),
                        &clock.grid);
         clock.pll = addRow(clock.grid, Field::Pll, QStringLiteral("Pll") + quad, false);
@@ -83,6 +95,20 @@ ClockPage::ClockPage(const QStringList &quads, Rates rates, QWidget *parent)
     if (rates == Rates::TxAndRx)
         txRate = addRow(rateGrid, Field::TxRate, QStringLiteral("TxRate"), true);
     rxRate = addRow(rateGrid, Field::RxRate, QStringLiteral("RxRate"), true);
+
+    // The fields of all groups stand in one column, each with its problem
+    // line, whether it is checked or fixed.
+    int labelWidth = 0;
+    const QList<QLabel *> labels = findChildren<QLabel *>();
+    for (const QLabel *label : labels)
+        labelWidth = label->buddy() ? std::max(labelWidth, label->sizeHint().width()) : labelWidth;
+    for (QLabel *label : labels) {
+        if (QWidget *field = label->buddy()) {
+            label->setMinimumWidth(labelWidth);
+            addProblemLine(field);
+        }
+    }
+    addProblemLine(lanes);
 
     note = new QLabel;
     note->setObjectName(QStringLiteral("labelClockNote"));

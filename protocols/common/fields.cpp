@@ -3,12 +3,16 @@
 
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QFormLayout>
 #include <QFrame>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
 #include <QRegularExpressionValidator>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace samples {
 
@@ -31,6 +35,68 @@ const char FRAME_STYLE[] = "QFrame#problemFrame { border: 1px solid %1; }";
 QLabel *problemLine(const QWidget *field)
 {
     return qobject_cast<QLabel *>(field->property(PROBLEM_LINE).value<QObject *>());
+}
+
+// The layout, `layout` or one inside it, that holds `widget` itself.
+QLayout *layoutOf(QLayout *layout, QWidget *widget)
+{
+    if (layout->indexOf(widget) >= 0)
+        return layout;
+    for (int i = 0; i < layout->count(); ++i) {
+        if (QLayout *inner = layout->itemAt(i)->layout()) {
+            if (QLayout *found = layoutOf(inner, widget))
+                return found;
+        }
+    }
+    return nullptr;
+}
+
+// Puts `line` into `layout` under `frame`, which took its field's place:
+// in a grid a row of its own below, from the column of the field's words to
+// that of the field, so that a reason has the width of both; in a form a row
+// of both columns; in a box the next place.
+void placeLine(QLayout *layout, QWidget *frame, QLabel *label, QLabel *line)
+{
+    if (auto *grid = qobject_cast<QGridLayout *>(layout)) {
+        int row = 0, column = 0, rowSpan = 0, columnSpan = 0;
+        grid->getItemPosition(grid->indexOf(frame), &row, &column, &rowSpan, &columnSpan);
+        int first = column;
+        if (label && grid->indexOf(label) >= 0) {
+            int labelRow = 0, labelSpan = 0;
+            grid->getItemPosition(grid->indexOf(label), &labelRow, &first, &labelSpan, &labelSpan);
+            first = std::min(first, column);
+        }
+        // The rows below move down by one, unless a field beside this one
+        // made its line's row already.
+        const char rowsKey[] = "samplesProblemRows";
+        QList<QVariant> rows = grid->property(rowsKey).toList();
+        const int below = row + rowSpan;
+        if (!rows.contains(below)) {
+            QList<QPair<QLayoutItem *, QList<int>>> moved;
+            for (int i = grid->count() - 1; i >= 0; --i) {
+                int r = 0, c = 0, rs = 0, cs = 0;
+                grid->getItemPosition(i, &r, &c, &rs, &cs);
+                if (r >= below)
+                    moved.append({grid->takeAt(i), {r + 1, c, rs, cs}});
+            }
+            for (const auto &item : moved) {
+                grid->addItem(item.first, item.second.at(0), item.second.at(1), item.second.at(2),
+                              item.second.at(3));
+            }
+            for (QVariant &r : rows)
+                r = r.toInt() >= below ? r.toInt() + 1 : r.toInt();
+            rows.append(below);
+            grid->setProperty(rowsKey, rows);
+        }
+        grid->addWidget(line, below, first, 1, column + columnSpan - first);
+    } else if (auto *form = qobject_cast<QFormLayout *>(layout)) {
+        int row = 0;
+        QFormLayout::ItemRole role;
+        form->getWidgetPosition(frame, &row, &role);
+        form->insertRow(row + 1, line);
+    } else if (auto *box = qobject_cast<QBoxLayout *>(layout)) {
+        box->insertWidget(box->indexOf(frame) + 1, line);
+    }
 }
 
 } // namespace
@@ -108,29 +174,32 @@ bool isNumberField(const QWidget *widget)
 void addProblemLine(QWidget *field)
 {
     QWidget *parent = field->parentWidget();
-    if (!parent || !parent->layout() || problemLine(field))
+    QLayout *layout = parent && parent->layout() ? layoutOf(parent->layout(), field) : nullptr;
+    if (!layout || problemLine(field))
         return;
-    // The field and its line take the field's place in its layout; a frame
-    // of the field's own, transparent while there is no problem, keeps the
-    // field where it is when it turns red.
-    auto *holder = new QWidget(parent);
-    auto *holderLayout = new QVBoxLayout(holder);
-    holderLayout->setContentsMargins(0, 0, 0, 0);
-    holderLayout->setSpacing(1);
-    auto *frame = new QFrame(holder);
+    // A frame of the field's own takes its place, transparent while there is
+    // no problem, so that the field stays where it is when it turns red.
+    auto *frame = new QFrame(parent);
     frame->setObjectName(QStringLiteral("problemFrame"));
     frame->setStyleSheet(QString::fromLatin1(FRAME_STYLE).arg(QLatin1String("transparent")));
     auto *frameLayout = new QVBoxLayout(frame);
     frameLayout->setContentsMargins(1, 1, 1, 1);
-    delete parent->layout()->replaceWidget(field, holder);
+    delete layout->replaceWidget(field, frame);
     frameLayout->addWidget(field);
-    holderLayout->addWidget(frame);
-    auto *line = new QLabel(holder);
+    QLabel *label = nullptr;
+    for (QLabel *candidate : parent->findChildren<QLabel *>()) {
+        if (candidate->buddy() == field)
+            label = candidate;
+    }
+    auto *line = new QLabel(parent);
     line->setObjectName(field->objectName() + QStringLiteral("Problem"));
     line->setWordWrap(true);
     line->setStyleSheet(QStringLiteral("color: #c00000;"));
+    QFont small = line->font();
+    small.setPointSizeF(small.pointSizeF() * 0.9);
+    line->setFont(small);
     line->setMinimumHeight(line->fontMetrics().height());
-    holderLayout->addWidget(line);
+    placeLine(layout, frame, label, line);
     field->setProperty(PROBLEM_LINE, QVariant::fromValue<QObject *>(line));
     field->setProperty(PROBLEM_FRAME, QVariant::fromValue<QObject *>(frame));
 }

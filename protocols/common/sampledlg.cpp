@@ -8,8 +8,11 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QSet>
+#include <QStyle>
 #include <QTabBar>
 #include <QTabWidget>
+
+#include <algorithm>
 
 namespace samples {
 
@@ -37,6 +40,11 @@ SampleDlg::SampleDlg(QWidget *parent)
         if (auto *field = findChild<QWidget *>(QLatin1String(tip.first)))
             field->setToolTip(tip.second);
     }
+    // The frame keeps room for pages of a fixed width; the sample pages say
+    // by their layouts how much they need, as the clocks of two quads side by
+    // side do.
+    if (auto *general = findChild<QWidget *>(QStringLiteral("general")))
+        general->setMinimumWidth(0);
     watchField(QStringLiteral("file"), findChild<QLineEdit *>(QStringLiteral("editFileName")));
     watchField(QStringLiteral("module"), findChild<QLineEdit *>(QStringLiteral("editModuleName")));
 }
@@ -54,8 +62,7 @@ QMap<QString, QVariant> SampleDlg::runCreating(const QString &baseName, const QS
     uiSetDefaultFileName(baseName);
     uiSetModuleName(baseName);
     setCreating(createPath, device);
-    m_checking = true;
-    recheck();
+    startChecking();
     if (exec() != QDialog::Accepted)
         return {};
     return args();
@@ -65,11 +72,29 @@ QMap<QString, QVariant> SampleDlg::runOpening(const QMap<QString, QVariant> &sto
 {
     if (!setOpening(stored))
         return {};
-    m_checking = true;
-    recheck();
+    startChecking();
     if (exec() != QDialog::Accepted)
         return {};
     return args();
+}
+
+void SampleDlg::startChecking()
+{
+    // A field is never narrower than its longest entry, whatever the room.
+    for (const auto &field : qAsConst(m_fields)) {
+        auto *combo = qobject_cast<QComboBox *>(field.second);
+        if (!combo)
+            continue;
+        int text = 0;
+        for (int i = 0; i < combo->count(); ++i)
+            text = std::max(text, combo->fontMetrics().horizontalAdvance(combo->itemText(i)));
+        // The text, the arrow beside it and the frame's padding.
+        combo->setMinimumWidth(text + combo->style()->pixelMetric(QStyle::PM_ScrollBarExtent)
+                               + 4 * combo->style()->pixelMetric(QStyle::PM_ComboBoxFrameWidth)
+                               + 16);
+    }
+    m_checking = true;
+    recheck();
 }
 
 QList<Problem> SampleDlg::nameProblems() const

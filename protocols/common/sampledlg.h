@@ -63,6 +63,9 @@ protected:
     void watchField(const QString &key, QWidget *field);
 
 private:
+    // Once the dialog is filled, before it shows: the checks begin.
+    void startChecking();
+
     QList<QPair<QString, QWidget *>> m_fields;
     // Off until the dialog is filled: the fields change while they are made.
     bool m_checking = false;

@@ -58,6 +58,10 @@ CustomPhyDlg::CustomPhyDlg(samples::Tier tier, QWidget *parent)
         share->setObjectName(QStringLiteral("buttonShare") + it.key());
         share->setToolTip(tr("Take the PLL, reference clock and frequency of a QPLL that another "
                              "instance runs at the wanted TX rate."));
+        // The offer comes and goes with the rate; its room stays.
+        QSizePolicy keep = share->sizePolicy();
+        keep.setRetainSizeWhenHidden(true);
+        share->setSizePolicy(keep);
         it->grid->addWidget(share, it->grid->rowCount(), 0, 1, 2);
         m_quads.insert(it.key(), {it->group, it->pll, it->reference, it->refFreq, share});
     }
@@ -125,7 +129,6 @@ CustomPhyDlg::CustomPhyDlg(samples::Tier tier, QWidget *parent)
     watchField(QStringLiteral("rxRate"), m_clocks->rxRate);
     watchField(QStringLiteral("width"), m_line->comboWidth);
     watchField(QStringLiteral("encoding"), m_line->comboEncoding);
-    watchField(QStringLiteral("alignPattern"), m_line->comboAlignPattern);
     watchField(QStringLiteral("loopback"), m_line->comboLoopback);
     watchField(QStringLiteral("referenceMux"), m_line->comboReferenceMux);
 }
