@@ -61,34 +61,31 @@ QStringList laneLabels(const QStringList &lanes)
 
 BcdrDlg::BcdrDlg(const QString &helpFile, QWidget *parent)
     : SampleDlg(parent)
+    , m_page(new samples::ClockPage({}, samples::ClockPage::Rates::RxOnly))
+    , m_clock(m_page->clocks.value(QString()))
     , m_form(new Ui::BcdrOptions)
     , m_holder(new QWidget(this))
 {
     m_helpFile = helpFile;
     m_form->setupUi(m_holder);
     m_holder->hide();
-    uiAddTab(m_form->pageClock, tr("Lanes and Clock"));
+    uiAddTab(m_page, tr("Lanes and Clock"));
     uiAddTab(m_form->pageRx, tr("RX Settings"));
     uiSetLabelText(tr("Burst-Mode CDR Receiver"));
 
-    samples::setUpField(samples::Field::Lanes, m_form->listLanes);
-    samples::setUpField(samples::Field::Pll, m_form->comboPll, m_form->labelPll);
-    samples::setUpField(samples::Field::Reference, m_form->comboReference, m_form->labelReference);
-    samples::setUpField(samples::Field::RefFreq, m_form->comboRefFreq, m_form->labelRefFreq);
-    samples::setUpField(samples::Field::RxRate, m_form->comboRxRate, m_form->labelRxRate);
     // The receiver's own limits.
-    m_form->comboRefFreq->setToolTip(tr("Frequency of the reference clock, %1 to %2 MHz.")
-                                         .arg(Bcdr::Options::MIN_REF_FREQ)
-                                         .arg(Bcdr::Options::MAX_REF_FREQ));
-    m_form->comboRxRate->setToolTip(tr("Line rate of the received bursts, %1 to %2 Gbps.")
-                                        .arg(Bcdr::Options::MIN_RX_RATE)
-                                        .arg(Bcdr::Options::MAX_RX_RATE));
-    m_form->comboRefFreq->addItems({QStringLiteral("100"), QStringLiteral("125"),
-                                    QStringLiteral("156.25"), QStringLiteral("250")});
-    m_form->comboRxRate->addItems({QStringLiteral("1.25"), QStringLiteral("2.5"),
-                                   QStringLiteral("3.125"), QStringLiteral("5")});
+    m_clock.refFreq->setToolTip(tr("Frequency of the reference clock, %1 to %2 MHz.")
+                                    .arg(Bcdr::Options::MIN_REF_FREQ)
+                                    .arg(Bcdr::Options::MAX_REF_FREQ));
+    m_page->rxRate->setToolTip(tr("Line rate of the received bursts, %1 to %2 Gbps.")
+                                   .arg(Bcdr::Options::MIN_RX_RATE)
+                                   .arg(Bcdr::Options::MAX_RX_RATE));
+    m_clock.refFreq->addItems({QStringLiteral("100"), QStringLiteral("125"),
+                               QStringLiteral("156.25"), QStringLiteral("250")});
+    m_page->rxRate->addItems({QStringLiteral("1.25"), QStringLiteral("2.5"),
+                              QStringLiteral("3.125"), QStringLiteral("5")});
 
-    fillCombo(m_form->comboPll, Bcdr::Options::plls());
+    fillCombo(m_clock.pll, Bcdr::Options::plls());
     fillCombo(m_form->comboEncoding, Bcdr::Options::encodings());
     fillCombo(m_form->comboComma, Bcdr::Options::commas());
     fillCombo(m_form->comboCoupling, Bcdr::Options::couplings());
@@ -108,7 +105,7 @@ BcdrDlg::BcdrDlg(const QString &helpFile, QWidget *parent)
         label->setMinimumWidth(labelWidth);
 
     const Bcdr::Settings defaults;
-    select(m_form->comboPll, defaults.pll);
+    select(m_clock.pll, defaults.pll);
     select(m_form->comboEncoding, defaults.encoding);
     select(m_form->comboWidth, defaults.width);
     m_form->checkWordAlign->setChecked(defaults.wordAlign);
@@ -120,14 +117,14 @@ BcdrDlg::BcdrDlg(const QString &helpFile, QWidget *parent)
     select(m_form->comboOvsRatio, defaults.ovsRatio);
     updateComma();
 
-    connect(m_form->listLanes, &QListWidget::itemChanged, this, [this] {
+    connect(m_page->lanes, &QListWidget::itemChanged, this, [this] {
         proposeClock();
         // While a stored map is shown, proposals wait; the ports do not.
         updatePins();
     });
-    connect(m_form->comboPll, qOverload<int>(&QComboBox::currentIndexChanged), this,
+    connect(m_clock.pll, qOverload<int>(&QComboBox::currentIndexChanged), this,
             &BcdrDlg::proposeClock);
-    connect(m_form->comboReference, qOverload<int>(&QComboBox::currentIndexChanged), this,
+    connect(m_clock.reference, qOverload<int>(&QComboBox::currentIndexChanged), this,
             &BcdrDlg::proposeFrequency);
     connect(m_form->comboEncoding, qOverload<int>(&QComboBox::currentIndexChanged), this, [this] {
         fillWidths();
@@ -137,6 +134,21 @@ BcdrDlg::BcdrDlg(const QString &helpFile, QWidget *parent)
     connect(m_form->comboWidth, qOverload<int>(&QComboBox::currentIndexChanged), this,
             &BcdrDlg::updatePins);
     connect(m_form->checkWordAlign, &QCheckBox::toggled, this, &BcdrDlg::updateComma);
+
+    using namespace Bcdr::Key;
+    const QList<QPair<const char *, QWidget *>> watched{{LANES, m_page->lanes},
+                                                        {PLL, m_clock.pll},
+                                                        {REF, m_clock.reference},
+                                                        {REF_FREQ, m_clock.refFreq},
+                                                        {RX_RATE, m_page->rxRate},
+                                                        {ENCODING, m_form->comboEncoding},
+                                                        {WIDTH, m_form->comboWidth},
+                                                        {COUPLING, m_form->comboCoupling},
+                                                        {SD_THRESHOLD, m_form->comboSdThreshold},
+                                                        {OVS_MODE, m_form->comboOvsMode},
+                                                        {OVS_RATIO, m_form->comboOvsRatio}};
+    for (const auto &field : watched)
+        watchField(QLatin1String(field.first), field.second);
 }
 
 BcdrDlg::~BcdrDlg()
@@ -149,21 +161,21 @@ void BcdrDlg::dialogDidPrepare()
     const QStringList free = IPSERDESIP::serdes::instance()->notOccupiedLanes();
     fillRefClocks();
     if (free.isEmpty()) {
-        m_form->labelLanes->setText(
+        m_page->lanesCaption->setText(
             tr("No lane of this device is free: other instances hold them all. Delete or change "
                "one of them to make room for the receiver."));
         setOptionsAvailable(false);
     } else {
-        m_form->labelLanes->setText(tr("Each lane you tick receives; its transmitter stays "
-                                       "unused and cannot be given to another instance."));
+        m_page->lanesCaption->setText(tr("Each lane you tick receives; its transmitter stays "
+                                         "unused and cannot be given to another instance."));
     }
     // A first proposal: the first free lane, from a reference clock of its
     // own quad.
-    samples::fillLaneList(m_form->listLanes, free, m_opening ? QStringList() : free.mid(0, 1));
+    samples::fillLaneList(m_page->lanes, free, m_opening ? QStringList() : free.mid(0, 1));
     if (!m_opening && !free.isEmpty()) {
-        m_form->comboRefFreq->setEditText(QStringLiteral("125"));
-        m_form->comboRxRate->setEditText(QStringLiteral("1.25"));
-        select(m_form->comboReference, free.first().left(2) + QStringLiteral(" REFCLK0"));
+        m_clock.refFreq->setEditText(QStringLiteral("125"));
+        m_page->rxRate->setEditText(QStringLiteral("1.25"));
+        select(m_clock.reference, free.first().left(2) + QStringLiteral(" REFCLK0"));
     }
     proposeClock();
 }
@@ -185,10 +197,10 @@ void BcdrDlg::fillRefClocks()
         const bool padB = b.contains(QStringLiteral("REFCLK"));
         return padA != padB ? padA : a < b;
     });
-    const QSignalBlocker block(m_form->comboReference);
-    m_form->comboReference->clear();
+    const QSignalBlocker block(m_clock.reference);
+    m_clock.reference->clear();
     for (const QString &option : options)
-        m_form->comboReference->addItem(option, option);
+        m_clock.reference->addItem(option, option);
 }
 
 void BcdrDlg::fillWidths()
@@ -201,7 +213,7 @@ void BcdrDlg::fillWidths()
 
 void BcdrDlg::updateComma()
 {
-    // Commas exist only in an 8B/10B stream.
+    // Commas exist only in an 8b/10b stream.
     const bool coded = value(m_form->comboEncoding) == QLatin1String("8b10b");
     m_form->checkWordAlign->setEnabled(coded);
     m_form->comboComma->setEnabled(coded && m_form->checkWordAlign->isChecked());
@@ -230,12 +242,12 @@ void BcdrDlg::proposeClock()
         if (!running.reference.isEmpty()) {
             const QString freq = samples::numberText(running.refFreq);
             {
-                const QSignalBlocker block(m_form->comboReference);
-                select(m_form->comboReference, running.reference);
+                const QSignalBlocker block(m_clock.reference);
+                select(m_clock.reference, running.reference);
             }
-            m_form->comboRefFreq->setEditText(freq);
+            m_clock.refFreq->setEditText(freq);
             if (rate != 0.0)
-                m_form->comboRxRate->setEditText(samples::numberText(rate));
+                m_page->rxRate->setEditText(samples::numberText(rate));
             m_pllRef = running.reference;
             m_pllNote = tr("%1 already runs from %2 at %3 MHz%4 for another instance: its "
                            "settings are proposed, since lanes can share it only as it runs.")
@@ -251,19 +263,19 @@ void BcdrDlg::proposeFrequency()
 {
     if (m_restoring)
         return;
-    const QString ref = value(m_form->comboReference);
+    const QString ref = value(m_clock.reference);
     const double held = IPSERDESIP::serdes::instance()->getFreqByRefsrc(ref);
     QString refNote;
     // A running PLL's proposal has named the frequency of its own reference.
     if (held != 0.0 && ref != m_pllRef) {
-        m_form->comboRefFreq->setEditText(samples::numberText(held));
+        m_clock.refFreq->setEditText(samples::numberText(held));
         refNote = tr("%1 already runs at %2 MHz for another instance, and a reference clock "
                      "input has one frequency.")
                       .arg(ref, samples::numberText(held));
     }
     QStringList notes{m_pllNote, refNote};
     notes.removeAll(QString());
-    samples::showNote(m_form->labelClockNote, notes.join(QLatin1Char(' ')));
+    samples::showNote(m_page->note, notes.join(QLatin1Char(' ')));
     // A proposal may have changed the reference clock, and with it the ports.
     updatePins();
 }
@@ -276,18 +288,18 @@ Bcdr::Settings BcdrDlg::settings() const
     s.module = moduleName();
     s.device = m_device.id;
     s.dir = createPath();
-    for (const QString &label : samples::checkedLanes(m_form->listLanes))
+    for (const QString &label : samples::checkedLanes(m_page->lanes))
         s.lanes << samples::laneModelName(label);
     s.lanes.sort();
-    s.pll = value(m_form->comboPll);
-    s.ref = value(m_form->comboReference);
+    s.pll = value(m_clock.pll);
+    s.ref = value(m_clock.reference);
     // Text that is no number stays as typed, for check() to name it.
     const auto numberText = [](const QString &text) {
         const QString normal = Bcdr::normalNumber(text);
         return normal.isNull() ? text : normal;
     };
-    s.refFreq = numberText(m_form->comboRefFreq->currentText());
-    s.rxRate = numberText(m_form->comboRxRate->currentText());
+    s.refFreq = numberText(m_clock.refFreq->currentText());
+    s.rxRate = numberText(m_page->rxRate->currentText());
     s.encoding = value(m_form->comboEncoding);
     s.width = value(m_form->comboWidth);
     s.wordAlign = m_form->checkWordAlign->isChecked();
@@ -312,11 +324,11 @@ bool BcdrDlg::restoreArgs(const QMap<QString, QVariant> &args)
     m_restoring = true;
     // A lane that another instance took meanwhile cannot be shown.
     bool shown = samples::lanesStillFree(laneLabels(s.lanes), free);
-    samples::fillLaneList(m_form->listLanes, free, laneLabels(s.lanes));
-    shown = select(m_form->comboPll, s.pll) && shown;
-    shown = select(m_form->comboReference, s.ref) && shown;
-    m_form->comboRefFreq->setEditText(s.refFreq);
-    m_form->comboRxRate->setEditText(s.rxRate);
+    samples::fillLaneList(m_page->lanes, free, laneLabels(s.lanes));
+    shown = select(m_clock.pll, s.pll) && shown;
+    shown = select(m_clock.reference, s.ref) && shown;
+    m_clock.refFreq->setEditText(s.refFreq);
+    m_page->rxRate->setEditText(s.rxRate);
     shown = select(m_form->comboEncoding, s.encoding) && shown;
     shown = select(m_form->comboWidth, s.width) && shown;
     m_form->checkWordAlign->setChecked(s.wordAlign);
@@ -331,10 +343,35 @@ bool BcdrDlg::restoreArgs(const QMap<QString, QVariant> &args)
     // values; what is shown now is the instance's own.
     m_pllNote.clear();
     m_pllRef.clear();
-    samples::showNote(m_form->labelClockNote, QString());
+    samples::showNote(m_page->note, QString());
     updateComma();
     updatePins();
     return shown;
+}
+
+QList<samples::Problem> BcdrDlg::fieldProblems() const
+{
+    const Bcdr::Settings s = settings();
+    return samples::placementProblems(
+        s.check(), s.rows(),
+        [](const samples::Refusal &refusal) {
+            using namespace Bcdr::Key;
+            switch (refusal.cause) {
+            case samples::Cause::Pll:
+                return QLatin1String(PLL);
+            case samples::Cause::Reference:
+            case samples::Cause::ReferenceMux:
+                return QLatin1String(REF);
+            case samples::Cause::RefFreq:
+                return QLatin1String(REF_FREQ);
+            case samples::Cause::Rate:
+                return QLatin1String(RX_RATE);
+            case samples::Cause::Lanes:
+                break;
+            }
+            return QLatin1String(LANES);
+        },
+        samples::Lines::ReceiverOnPll);
 }
 
 bool BcdrDlg::confirm()

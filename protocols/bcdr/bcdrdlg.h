@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "../common/clockpage.h"
 #include "../common/sampledlg.h"
 #include "bcdroptions.h"
 #include "bcdrsettings.h"
@@ -32,6 +33,7 @@ public:
 
 protected:
     bool confirm() override;
+    QList<samples::Problem> fieldProblems() const override;
 
 private:
     Bcdr::Settings settings() const;
@@ -44,6 +46,8 @@ private:
     void updateComma();
     void updatePins();
 
+    samples::ClockPage *m_page;
+    samples::ClockPage::Clock m_clock;
     Ui::BcdrOptions *m_form;
     QWidget *m_holder;
     // While a stored map is shown, no proposal overwrites it.

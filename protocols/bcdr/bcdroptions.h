@@ -24,7 +24,7 @@ namespace Options {
 QList<Choice> plls();
 // "8b10b" or "none".
 QList<Choice> encodings();
-// PMA widths in bits: 10-bit symbols under 8B/10B, any width without it.
+// PMA widths in bits: 10-bit symbols under 8b/10b, any width without it.
 QList<Choice> widths(const QString &encoding);
 QList<Choice> commas();
 QList<Choice> couplings();

@@ -45,7 +45,7 @@ QStringList parameterLines(const Settings &s, samples::Tier tier)
             lines << line(p + QStringLiteral("rx_decode"),
                           coded ? QStringLiteral("8b10b") : QStringLiteral("off"));
         }
-        // Commas exist only in an 8B/10B stream.
+        // Commas exist only in an 8b/10b stream.
         const bool align = coded && s.wordAlign;
         lines << line(p + QStringLiteral("word_align"), onOff(align));
         if (align)

@@ -48,7 +48,7 @@ bool BcdrProtocol::generate(const QMap<QString, QVariant> &args, QStringList &in
 {
     Q_UNUSED(csrLines)
     const Bcdr::Settings s = Bcdr::Settings::fromMap(args);
-    if (!samples::reportProblems(name(), s.name, s.check()))
+    if (!samples::reportProblems(name(), s.name, samples::problemTexts(s.check())))
         return false;
     iniLines << Bcdr::parameterLines(s, samples::tierOfInstance(args, device));
     if (!fullRun)
@@ -79,7 +79,7 @@ bool BcdrProtocol::generate(const QMap<QString, QVariant> &args, QStringList &in
 
 bool BcdrProtocol::validate(const QMap<QString, QVariant> &args, QStringList &errors) const
 {
-    const QStringList found = Bcdr::Settings::fromMap(args).check();
+    const QStringList found = samples::problemTexts(Bcdr::Settings::fromMap(args).check());
     errors << found;
     return found.isEmpty();
 }

@@ -39,11 +39,12 @@ bool inRange(const QString &value, double low, double high)
     return ok && number >= low && number <= high;
 }
 
-void checkChoice(QStringList &errors, const QString &value, const QList<Choice> &choices,
-                 const QString &what)
+void checkChoice(QList<samples::Problem> &errors, const char *key, const QString &value,
+                 const QList<Choice> &choices, const QString &what)
 {
     if (!Options::values(choices).contains(value))
-        errors << Settings::tr("\"%1\" is no %2 this receiver offers.").arg(value, what);
+        errors.append({QLatin1String(key),
+                       Settings::tr("\"%1\" is no %2 this receiver offers.").arg(value, what)});
 }
 
 } // namespace
@@ -102,39 +103,44 @@ QMap<QString, QVariant> Settings::toMap() const
     return args;
 }
 
-QStringList Settings::check() const
+QList<samples::Problem> Settings::check() const
 {
-    QStringList errors;
+    QList<samples::Problem> errors;
+    const auto add = [&errors](const char *key, const QString &text) {
+        errors.append({QLatin1String(key), text});
+    };
     if (module.isEmpty())
-        errors << tr("The module name is empty.");
+        add(Key::MODULE, tr("The module name is empty."));
     if (file.isEmpty())
-        errors << tr("The file name is empty.");
+        add(Key::FILE, tr("The file name is empty."));
     if (lanes.isEmpty())
-        errors << tr("Select at least one lane to receive on.");
+        add(Key::LANES, tr("Select at least one lane to receive on."));
     for (const QString &lane : lanes) {
         if (!isLane(lane))
-            errors << tr("\"%1\" is no lane.").arg(lane);
+            add(Key::LANES, tr("\"%1\" is no lane.").arg(lane));
     }
-    checkChoice(errors, pll, Options::plls(), tr("PLL"));
+    checkChoice(errors, Key::PLL, pll, Options::plls(), tr("PLL"));
     if (ref.isEmpty())
-        errors << tr("Choose a reference clock.");
+        add(Key::REF, tr("Choose a reference clock."));
     else if (refName().isEmpty())
-        errors << tr("\"%1\" is no reference clock input.").arg(ref);
+        add(Key::REF, tr("\"%1\" is no reference clock input.").arg(ref));
     if (!inRange(refFreq, Options::MIN_REF_FREQ, Options::MAX_REF_FREQ))
-        errors << tr("The reference frequency must be a number from %1 to %2 MHz.")
-                      .arg(Options::MIN_REF_FREQ)
-                      .arg(Options::MAX_REF_FREQ);
+        add(Key::REF_FREQ, tr("The reference frequency must be a number from %1 to %2 MHz.")
+                               .arg(Options::MIN_REF_FREQ)
+                               .arg(Options::MAX_REF_FREQ));
     if (!inRange(rxRate, Options::MIN_RX_RATE, Options::MAX_RX_RATE))
-        errors << tr("The RX line rate must be a number from %1 to %2 Gbps.")
-                      .arg(Options::MIN_RX_RATE)
-                      .arg(Options::MAX_RX_RATE);
-    checkChoice(errors, encoding, Options::encodings(), tr("encoding"));
-    checkChoice(errors, width, Options::widths(encoding), tr("data width with this encoding"));
-    checkChoice(errors, comma, Options::commas(), tr("comma"));
-    checkChoice(errors, coupling, Options::couplings(), tr("coupling"));
-    checkChoice(errors, sdThreshold, Options::sdThresholds(), tr("signal detect threshold"));
-    checkChoice(errors, ovsMode, Options::ovsModes(), tr("oversampling mode"));
-    checkChoice(errors, ovsRatio, Options::ovsRatios(), tr("oversampling ratio"));
+        add(Key::RX_RATE, tr("The RX line rate must be a number from %1 to %2 Gbps.")
+                              .arg(Options::MIN_RX_RATE)
+                              .arg(Options::MAX_RX_RATE));
+    checkChoice(errors, Key::ENCODING, encoding, Options::encodings(), tr("encoding"));
+    checkChoice(errors, Key::WIDTH, width, Options::widths(encoding),
+                tr("data width with this encoding"));
+    checkChoice(errors, Key::COMMA, comma, Options::commas(), tr("comma"));
+    checkChoice(errors, Key::COUPLING, coupling, Options::couplings(), tr("coupling"));
+    checkChoice(errors, Key::SD_THRESHOLD, sdThreshold, Options::sdThresholds(),
+                tr("signal detect threshold"));
+    checkChoice(errors, Key::OVS_MODE, ovsMode, Options::ovsModes(), tr("oversampling mode"));
+    checkChoice(errors, Key::OVS_RATIO, ovsRatio, Options::ovsRatios(), tr("oversampling ratio"));
     return errors;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "../common/fields.h"
 #include "../common/lanemodule.h"
 #include "../common/laneplacement.h"
 
@@ -68,8 +69,9 @@ public:
     static Settings fromMap(const QMap<QString, QVariant> &args);
     QMap<QString, QVariant> toMap() const;
 
-    // What is wrong, in words for the user; empty when nothing is.
-    QStringList check() const;
+    // What is wrong, in words for the user, each under the key of its
+    // field; empty when nothing is.
+    QList<samples::Problem> check() const;
 
     // The model's name of the PLL that clocks `lane`'s RX line.
     QString pllOf(const QString &lane) const;
@@ -81,7 +83,7 @@ public:
     QList<samples::LaneModule::Lane> moduleLanes() const;
 
     // Bits per lane on the fabric side, and K flags per lane (0 without
-    // 8B/10B).
+    // 8b/10b).
     int dataWidth() const;
     int ctrlWidth() const;
 };

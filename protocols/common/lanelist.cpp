@@ -3,8 +3,6 @@
 
 #include "sampledlg.h"
 
-#include <model/serdes.h>
-#include <protocol/protocolgendlg.h>
 #include <utils/messages.h>
 
 #include <QListWidget>
@@ -66,29 +64,31 @@ bool lanesStillFree(const QStringList &lanes, const QStringList &free)
     return !lanes.isEmpty();
 }
 
-bool confirmLanes(IPSERDESIP::protocolGenDlg *dialog, const QString &title,
-                  const QStringList &problems, const QList<LaneRow> &rows, Lines lines)
+QList<Problem> placementProblems(const QList<Problem> &own, const QList<LaneRow> &rows,
+                                 const std::function<QString(const Refusal &)> &keyOf, Lines lines)
+{
+    // Settings the tier cannot take are not tried on the model.
+    if (!own.isEmpty())
+        return own;
+    Refusal refusal;
+    if (provePlacement(rows, refusal, lines))
+        return {};
+    return {{keyOf(refusal), refusal.why}};
+}
+
+bool confirmLanes(SampleDlg *dialog, const QString &title, const QList<Problem> &problems,
+                  const QList<LaneRow> &rows, Lines lines)
 {
     if (!dialog->checkModuleName())
         return false;
-    // An instance being edited is out of the model while its dialog runs, so
-    // its own names are free here.
-    const IPSERDESIP::serdes *model = IPSERDESIP::serdes::instance();
-    const QString module = dialog->moduleName();
-    const QString file = dialog->fileName();
-    QStringList found;
-    if (model->moduleNames.contains(module))
-        found << SampleDlg::tr("Another instance is named \"%1\".").arg(module);
-    if (model->fileNames.contains(file))
-        found << SampleDlg::tr("Another instance writes the file \"%1\".").arg(file);
-    found << problems;
+    const QStringList found = problemTexts(dialog->nameProblems() + problems);
     if (!found.isEmpty()) {
         Utils::showMessage(dialog, QMessageBox::Warning, title, found.join(QLatin1Char('\n')));
         return false;
     }
-    QString why;
-    if (!provePlacement(rows, why, lines)) {
-        Utils::showMessage(dialog, QMessageBox::Warning, title, why);
+    Refusal refusal;
+    if (!provePlacement(rows, refusal, lines)) {
+        Utils::showMessage(dialog, QMessageBox::Warning, title, refusal.why);
         return false;
     }
     return true;

@@ -5,6 +5,7 @@
 // what else the dialogs of the lane protocols share: reading the frame into
 // their settings, and the checks before they close.
 
+#include "fields.h"
 #include "instancesettings.h"
 #include "lanemodule.h"
 #include "laneplacement.h"
@@ -14,11 +15,9 @@
 #include <QList>
 #include <QStringList>
 
-class QListWidget;
+#include <functional>
 
-namespace IPSERDESIP {
-class protocolGenDlg;
-}
+class QListWidget;
 
 namespace samples {
 
@@ -35,11 +34,15 @@ void readFrame(InstanceSettings &settings, const SampleDlg &dialog, const QListW
 // Whether a stored instance can be shown as it is: it has lanes, and no
 // other instance has taken one of them since.
 bool lanesStillFree(const QStringList &lanes, const QStringList &free);
+// The settings' own problems; when there are none, the trial placement's
+// refusal, under the key that `keyOf` gives the field it comes from.
+QList<Problem> placementProblems(const QList<Problem> &own, const QList<LaneRow> &rows,
+                                 const std::function<QString(const Refusal &)> &keyOf,
+                                 Lines lines = Lines::Both);
 // A valid module name, file and module names that no other instance has, no
 // problems, and a placement the model accepts. A refusal is shown under
 // `title`, and false keeps the dialog open.
-bool confirmLanes(IPSERDESIP::protocolGenDlg *dialog, const QString &title,
-                  const QStringList &problems, const QList<LaneRow> &rows,
-                  Lines lines = Lines::Both);
+bool confirmLanes(SampleDlg *dialog, const QString &title, const QList<Problem> &problems,
+                  const QList<LaneRow> &rows, Lines lines = Lines::Both);
 
 } // namespace samples

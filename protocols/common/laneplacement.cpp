@@ -30,37 +30,34 @@ double pllRate(const LaneRow &row, Lines lines)
 }
 
 // Why the placement stopped at the first line of `rows` that got no route;
-// empty when every line got one.
-QString missingRoute(const QList<LaneRow> &rows, Lines lines)
+// no text when every line got one.
+Refusal missingRoute(const QList<LaneRow> &rows, Lines lines)
 {
     const QMap<QString, QStringList> routes = IPSERDESIP::serdes::instance()->allAccess();
     for (const LaneRow &row : rows) {
         const QString lane = laneLabel(row.lane);
         if (lines == Lines::Both && !routes.contains(QString(row.lane + QStringLiteral("_TX")))) {
-            return Placement::tr("There is no clock route from %1 to %2 for %3: the reference "
-                                 "muxes on the way are held by other instances for other "
-                                 "references.")
-                .arg(row.reference, pllText(row.pll), lane);
+            return {Cause::Reference, row.lane,
+                    Placement::tr("No free reference mux brings %1 to %2 for %3.")
+                        .arg(row.reference, pllText(row.pll), lane)};
         }
         if (routes.contains(QString(row.lane + QStringLiteral("_RX"))))
             continue;
         if (lines == Lines::ReceiverOnPll) {
-            return Placement::tr("There is no clock route from %1 to %2 for the receiver of %3: "
-                                 "the reference muxes on the way are held by other instances "
-                                 "for other references.")
-                .arg(row.reference, pllText(row.pll), lane);
+            return {Cause::Reference, row.lane,
+                    Placement::tr("No free reference mux brings %1 to %2 for the receiver of %3.")
+                        .arg(row.reference, pllText(row.pll), lane)};
         }
         if (row.referenceMux.isEmpty()) {
-            return Placement::tr("There is no clock route from %1 to the receiver of %2: the "
-                                 "reference muxes are held by other instances for other "
-                                 "references.")
-                .arg(row.reference, lane);
+            return {Cause::Reference, row.lane,
+                    Placement::tr("No free reference mux brings %1 to the receiver of %2.")
+                        .arg(row.reference, lane)};
         }
-        return Placement::tr("%1 cannot bring %2 to the receiver of %3; choose another mux or "
-                             "Auto.")
-            .arg(row.referenceMux, row.reference, lane);
+        return {Cause::ReferenceMux, row.lane,
+                Placement::tr("%1 cannot bring %2 to the receiver of %3.")
+                    .arg(row.referenceMux, row.reference, lane)};
     }
-    return QString();
+    return {};
 }
 
 } // namespace
@@ -148,11 +145,15 @@ QList<PllOffer> runningPlls(const QString &quad, double rate)
     return offers;
 }
 
-bool provePlacement(const QList<LaneRow> &rows, QString &why, Lines lines)
+bool provePlacement(const QList<LaneRow> &rows, Refusal &refusal, Lines lines)
 {
     IPSERDESIP::serdes *model = IPSERDESIP::serdes::instance();
+    const auto refuse = [&refusal](Cause cause, const LaneRow &row, const QString &why) {
+        refusal = {cause, row.lane, why};
+        return false;
+    };
     if (rows.isEmpty()) {
-        why = Placement::tr("Select at least one lane.");
+        refusal = {Cause::Lanes, QString(), Placement::tr("Select at least one lane.")};
         return false;
     }
 
@@ -162,19 +163,17 @@ bool provePlacement(const QList<LaneRow> &rows, QString &why, Lines lines)
     QMap<QString, const LaneRow *> plls;
     for (const LaneRow &row : rows) {
         if (freqs.contains(row.reference) && freqs.value(row.reference) != row.refFreq) {
-            why = Placement::tr("%1 cannot run at %2 and %3 MHz at once.")
-                      .arg(row.reference, numberText(freqs.value(row.reference)),
-                           numberText(row.refFreq));
-            return false;
+            return refuse(Cause::RefFreq, row,
+                          Placement::tr("%1 cannot run at %2 and %3 MHz at once.")
+                              .arg(row.reference, numberText(freqs.value(row.reference)),
+                                   numberText(row.refFreq)));
         }
         freqs.insert(row.reference, row.refFreq);
         const double held = model->getFreqByRefsrc(row.reference);
         if (held != 0.0 && held != row.refFreq) {
-            why = Placement::tr("%1 already runs at %2 MHz for another instance; a reference "
-                                "input runs at one frequency, so choose %2 MHz or another "
-                                "reference.")
-                      .arg(row.reference, numberText(held));
-            return false;
+            return refuse(Cause::RefFreq, row,
+                          Placement::tr("%1 runs at %2 MHz for another instance.")
+                              .arg(row.reference, numberText(held)));
         }
         // A lane's own CPLL serves that lane alone, and the lane is free.
         if (row.pll.contains(QLatin1String("CPLL")))
@@ -182,9 +181,9 @@ bool provePlacement(const QList<LaneRow> &rows, QString &why, Lines lines)
         if (const LaneRow *other = plls.value(row.pll, nullptr)) {
             if (pllRate(*other, lines) != pllRate(row, lines)
                 || other->reference != row.reference) {
-                why = Placement::tr("%1 cannot serve two rates or references at once.")
-                          .arg(pllText(row.pll));
-                return false;
+                return refuse(Cause::Pll, row,
+                              Placement::tr("%1 cannot serve two rates or references at once.")
+                                  .arg(pllText(row.pll)));
             }
         }
         plls.insert(row.pll, &row);
@@ -193,16 +192,15 @@ bool provePlacement(const QList<LaneRow> &rows, QString &why, Lines lines)
         if (running.reference.isEmpty())
             continue;
         if (rate != 0.0 && rate != pllRate(row, lines)) {
-            why = Placement::tr("%1 already runs at %2 Gbps for another instance; choose "
-                                "another PLL or that rate.")
-                      .arg(pllText(row.pll), numberText(rate));
-            return false;
+            return refuse(Cause::Rate, row,
+                          Placement::tr("%1 runs at %2 Gbps for another instance.")
+                              .arg(pllText(row.pll), numberText(rate)));
         }
         if (running.reference != row.reference || running.refFreq != row.refFreq) {
-            why = Placement::tr("%1 already runs from %2 at %3 MHz for another instance; "
-                                "choose that reference to share it, or another PLL.")
-                      .arg(pllText(row.pll), running.reference, numberText(running.refFreq));
-            return false;
+            return refuse(
+                Cause::Reference, row,
+                Placement::tr("%1 runs from %2 at %3 MHz for another instance.")
+                    .arg(pllText(row.pll), running.reference, numberText(running.refFreq)));
         }
     }
 
@@ -216,9 +214,11 @@ bool provePlacement(const QList<LaneRow> &rows, QString &why, Lines lines)
                             ? model->addItemForRxConnectPll(trial.get(), err)
                             : model->addItem(trial.get(), err);
     if (!placed) {
-        why = missingRoute(rows, lines);
-        if (why.isEmpty())
-            why = Placement::tr("The transceiver model refuses the selection: %1").arg(err);
+        refusal = missingRoute(rows, lines);
+        if (refusal.why.isEmpty()) {
+            refusal = {Cause::Lanes, QString(),
+                       Placement::tr("The transceiver model refuses the selection: %1").arg(err)};
+        }
     }
     model->releaseLastRequest();
     return placed;

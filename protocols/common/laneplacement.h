@@ -46,10 +46,27 @@ IPSERDESIP::Message *makeMessage(const QString &type, const QString &name, const
                                  const QString &module, const QList<LaneRow> &rows,
                                  Lines lines = Lines::Both);
 
+// What a refusal of the trial placement is about: the field of a dialog
+// that the user changes to overcome it.
+enum class Cause {
+    Lanes,        // no lane, or one the model refuses
+    Pll,          // a PLL asked for two rates or references at once
+    Reference,    // a PLL runs from another reference, or no route from it
+    RefFreq,      // a reference input runs at another frequency
+    Rate,         // a PLL runs at another rate
+    ReferenceMux, // the chosen mux cannot bring the reference
+};
+struct Refusal
+{
+    Cause cause = Cause::Lanes;
+    QString lane; // model name of the row the refusal is about, if one
+    QString why;  // for the user, what stands in the way
+};
+
 // Places the rows on the model as the generator will place the request, and
 // gives back everything the trial took, so the model is as before. On a
-// refusal `why` says, for the user, what stands in the way.
-bool provePlacement(const QList<LaneRow> &rows, QString &why, Lines lines = Lines::Both);
+// refusal `refusal` says what stands in the way, and where.
+bool provePlacement(const QList<LaneRow> &rows, Refusal &refusal, Lines lines = Lines::Both);
 
 // A QPLL that another instance already runs at a rate, with its reference.
 struct PllOffer

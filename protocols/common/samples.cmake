@@ -8,7 +8,8 @@
 #     sample_protocol(<name> SOURCES <file>... [COMMON <stem>...] [HELP <file>...])
 #
 # builds lib<name>.so from its own SOURCES, the plug-in root, dialog frame,
-# shared fields and tier knowledge of this folder, and the further COMMON stems (a .cpp and a
+# shared fields, the page of the fields every dialog has and tier knowledge
+# of this folder, and the further COMMON stems (a .cpp and a
 # .h each). The HELP files lie beside the plug-in, where summaryFile() looks
 # for them.
 find_package(SerdesIP 1.2 REQUIRED)
@@ -22,7 +23,7 @@ function(sample_protocol name)
                             "before SOURCES; the lists are SOURCES, COMMON and HELP.")
     endif()
     set(common "")
-    foreach(stem samplepackage sampledlg fields devicetier ${ARG_COMMON})
+    foreach(stem samplepackage sampledlg fields clockpage devicetier ${ARG_COMMON})
         if(NOT EXISTS ${SAMPLES_COMMON_DIR}/${stem}.cpp
            OR NOT EXISTS ${SAMPLES_COMMON_DIR}/${stem}.h)
             message(FATAL_ERROR "sample_protocol(${name}): COMMON names \"${stem}\", but "

@@ -44,7 +44,7 @@ bool CustomPhy::generate(const QMap<QString, QVariant> &args, QStringList &iniLi
     Q_UNUSED(csrLines)
     const CustomPhySettings s = CustomPhySettings::fromMap(args);
     const samples::Tier tier = samples::tierOfInstance(args, device);
-    if (!samples::reportProblems(name(), s.name, s.problems(tier)))
+    if (!samples::reportProblems(name(), s.name, samples::problemTexts(s.problems(tier))))
         return false;
     iniLines << s.iniLines(tier);
     if (!fullRun)
@@ -69,8 +69,8 @@ bool CustomPhy::generate(const QMap<QString, QVariant> &args, QStringList &iniLi
 
 bool CustomPhy::validate(const QMap<QString, QVariant> &args, QStringList &errors) const
 {
-    const QStringList problems
-        = CustomPhySettings::fromMap(args).problems(samples::tierOfInstance(args, device));
+    const QStringList problems = samples::problemTexts(
+        CustomPhySettings::fromMap(args).problems(samples::tierOfInstance(args, device)));
     errors << problems;
     return problems.isEmpty();
 }

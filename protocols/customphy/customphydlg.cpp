@@ -4,10 +4,14 @@
 #include "../common/fields.h"
 #include "../common/lanelist.h"
 #include "../common/laneplacement.h"
-#include "ui_customphyclocks.h"
 #include "ui_customphyline.h"
 
 #include <model/serdes.h>
+
+#include <QGroupBox>
+#include <QListWidget>
+#include <QPushButton>
+#include <QScopedValueRollback>
 
 namespace {
 
@@ -37,37 +41,30 @@ void selectText(QComboBox *box, const QString &text)
 
 CustomPhyDlg::CustomPhyDlg(samples::Tier tier, QWidget *parent)
     : SampleDlg(parent)
-    , m_clocks(new Ui_CustomPhyClocks)
+    , m_clocks(new samples::ClockPage({QStringLiteral("Q0"), QStringLiteral("Q1")},
+                                      samples::ClockPage::Rates::TxAndRx))
     , m_line(new Ui_CustomPhyLine)
     , m_tier(tier)
 {
-    auto *clocks = new QWidget;
-    m_clocks->setupUi(clocks);
     auto *line = new QWidget;
     m_line->setupUi(line);
-    uiAddTab(clocks, tr("Lanes and Clocks"));
+    uiAddTab(m_clocks, tr("Lanes and Clocks"));
     uiAddTab(line, tr("Line"));
     uiSetLabelText(tr("Custom PHY"));
-    samples::setUpField(samples::Field::Lanes, m_clocks->listLanes);
-    samples::setUpField(samples::Field::TxRate, m_line->comboTxRate, m_line->labelTxRate);
-    samples::setUpField(samples::Field::RxRate, m_line->comboRxRate, m_line->labelRxRate);
+    m_clocks->lanesCaption->setText(tr("Free lanes of the device:"));
 
-    m_quads.insert(QStringLiteral("Q0"),
-                   {m_clocks->groupQ0, m_clocks->comboPllQ0, m_clocks->comboReferenceQ0,
-                    m_clocks->comboRefFreqQ0, m_clocks->buttonShareQ0});
-    m_quads.insert(QStringLiteral("Q1"),
-                   {m_clocks->groupQ1, m_clocks->comboPllQ1, m_clocks->comboReferenceQ1,
-                    m_clocks->comboRefFreqQ1, m_clocks->buttonShareQ1});
-    samples::setUpField(samples::Field::Pll, m_clocks->comboPllQ0, m_clocks->labelPllQ0);
-    samples::setUpField(samples::Field::Pll, m_clocks->comboPllQ1, m_clocks->labelPllQ1);
-    samples::setUpField(samples::Field::Reference, m_clocks->comboReferenceQ0,
-                        m_clocks->labelReferenceQ0);
-    samples::setUpField(samples::Field::Reference, m_clocks->comboReferenceQ1,
-                        m_clocks->labelReferenceQ1);
-    samples::setUpField(samples::Field::RefFreq, m_clocks->comboRefFreqQ0,
-                        m_clocks->labelRefFreqQ0);
-    samples::setUpField(samples::Field::RefFreq, m_clocks->comboRefFreqQ1,
-                        m_clocks->labelRefFreqQ1);
+    for (auto it = m_clocks->clocks.cbegin(); it != m_clocks->clocks.cend(); ++it) {
+        auto *share = new QPushButton(tr("Share a running QPLL"));
+        share->setObjectName(QStringLiteral("buttonShare") + it.key());
+        share->setToolTip(tr("Take the PLL, reference clock and frequency of a QPLL that another "
+                             "instance runs at the wanted TX rate."));
+        // The offer comes and goes with the rate; its room stays.
+        QSizePolicy keep = share->sizePolicy();
+        keep.setRetainSizeWhenHidden(true);
+        share->setSizePolicy(keep);
+        it->grid->addWidget(share, it->grid->rowCount(), 0, 1, 2);
+        m_quads.insert(it.key(), {it->group, it->pll, it->reference, it->refFreq, share});
+    }
     const QStringList references = samples::referencePins(tier) + samples::fabricReferences(tier);
     for (auto it = m_quads.begin(); it != m_quads.end(); ++it) {
         const QString quad = it.key();
@@ -85,14 +82,15 @@ CustomPhyDlg::CustomPhyDlg(samples::Tier tier, QWidget *parent)
         connect(it->reference, &QComboBox::currentTextChanged, this, &CustomPhyDlg::updateFigure);
         connect(it->pll, &QComboBox::currentTextChanged, this, &CustomPhyDlg::updateFigure);
     }
-    m_clocks->groupQ1->setVisible(samples::quadsOf(tier).contains(QStringLiteral("Q1")));
+    m_quads.value(QStringLiteral("Q1"))
+        .group->setVisible(samples::quadsOf(tier).contains(QStringLiteral("Q1")));
 
     const QStringList rates{QStringLiteral("1.25"),    QStringLiteral("2.5"),
                             QStringLiteral("3.125"),   QStringLiteral("5"),
                             QStringLiteral("6.25"),    QStringLiteral("8"),
                             QStringLiteral("10.3125"), QStringLiteral("12.5")};
-    m_line->comboTxRate->addItems(rates);
-    m_line->comboRxRate->addItems(rates);
+    m_clocks->txRate->addItems(rates);
+    m_clocks->rxRate->addItems(rates);
     m_line->comboWidth->addItems(customphy::widths());
     fillPairs(m_line->comboEncoding, customphy::encodings(tier));
     fillPairs(m_line->comboLoopback, customphy::loopbacks(tier));
@@ -105,25 +103,45 @@ CustomPhyDlg::CustomPhyDlg(samples::Tier tier, QWidget *parent)
 
     showSettings(CustomPhySettings());
 
-    connect(m_clocks->listLanes, &QListWidget::itemChanged, this, &CustomPhyDlg::updateQuads);
-    connect(m_line->comboTxRate, &QComboBox::currentTextChanged, this, &CustomPhyDlg::updateOffers);
+    connect(m_clocks->lanes, &QListWidget::itemChanged, this, &CustomPhyDlg::updateQuads);
+    connect(m_clocks->txRate, &QComboBox::currentTextChanged, this, [this](const QString &rate) {
+        if (!m_rxFollows)
+            return;
+        const QScopedValueRollback<bool> following(m_settingRx, true);
+        selectText(m_clocks->rxRate, rate);
+    });
+    connect(m_clocks->rxRate, &QComboBox::currentTextChanged, this,
+            [this] { m_rxFollows = m_rxFollows && m_settingRx; });
+    connect(m_clocks->txRate, &QComboBox::currentTextChanged, this, &CustomPhyDlg::updateOffers);
     connect(m_line->comboWidth, &QComboBox::currentTextChanged, this, &CustomPhyDlg::updateFabric);
     connect(m_line->comboEncoding, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             &CustomPhyDlg::updateFabric);
     connect(m_line->checkWordAlign, &QCheckBox::toggled, m_line->comboAlignPattern,
             &QWidget::setEnabled);
+
+    watchField(QStringLiteral("lanes"), m_clocks->lanes);
+    for (auto it = m_quads.cbegin(); it != m_quads.cend(); ++it) {
+        watchField(it.key() + QStringLiteral("_pll"), it->pll);
+        watchField(it.key() + QStringLiteral("_reference"), it->reference);
+        watchField(it.key() + QStringLiteral("_refFreq"), it->refFreq);
+    }
+    watchField(QStringLiteral("txRate"), m_clocks->txRate);
+    watchField(QStringLiteral("rxRate"), m_clocks->rxRate);
+    watchField(QStringLiteral("width"), m_line->comboWidth);
+    watchField(QStringLiteral("encoding"), m_line->comboEncoding);
+    watchField(QStringLiteral("loopback"), m_line->comboLoopback);
+    watchField(QStringLiteral("referenceMux"), m_line->comboReferenceMux);
 }
 
 CustomPhyDlg::~CustomPhyDlg()
 {
-    delete m_clocks;
     delete m_line;
 }
 
 void CustomPhyDlg::dialogDidPrepare()
 {
     const QStringList free = IPSERDESIP::serdes::instance()->notOccupiedLanes();
-    samples::fillLaneList(m_clocks->listLanes, free, m_opening ? QStringList() : free.mid(0, 1));
+    samples::fillLaneList(m_clocks->lanes, free, m_opening ? QStringList() : free.mid(0, 1));
     // An edited instance's own quads get their stored clocks back right after
     // this; the proposals serve the quads it may be extended to.
     for (const QString &quad : m_quads.keys())
@@ -144,8 +162,8 @@ bool CustomPhyDlg::restoreArgs(const QMap<QString, QVariant> &args)
 void CustomPhyDlg::showSettings(const CustomPhySettings &s)
 {
     if (!s.lanes.isEmpty()) {
-        samples::fillLaneList(m_clocks->listLanes,
-                              IPSERDESIP::serdes::instance()->notOccupiedLanes(), s.lanes);
+        samples::fillLaneList(m_clocks->lanes, IPSERDESIP::serdes::instance()->notOccupiedLanes(),
+                              s.lanes);
     }
     for (auto it = s.clocks.cbegin(); it != s.clocks.cend(); ++it) {
         const QuadWidgets w = m_quads.value(it.key());
@@ -155,8 +173,12 @@ void CustomPhyDlg::showSettings(const CustomPhySettings &s)
         selectText(w.reference, it->reference);
         selectText(w.refFreq, samples::numberText(it->refFreq));
     }
-    selectText(m_line->comboTxRate, samples::numberText(s.txRate));
-    selectText(m_line->comboRxRate, samples::numberText(s.rxRate));
+    {
+        const QScopedValueRollback<bool> shown(m_settingRx, true);
+        selectText(m_clocks->txRate, samples::numberText(s.txRate));
+        selectText(m_clocks->rxRate, samples::numberText(s.rxRate));
+    }
+    m_rxFollows = s.rxRate == s.txRate;
     selectText(m_line->comboWidth, QString::number(s.width));
     selectData(m_line->comboEncoding, s.encoding);
     m_line->checkWordAlign->setChecked(s.wordAlign);
@@ -217,7 +239,7 @@ void CustomPhyDlg::share(const QString &quad)
     selectText(w.pll, offers.first().pll);
     selectText(w.reference, offers.first().reference);
     selectText(w.refFreq, samples::numberText(offers.first().refFreq));
-    samples::showNote(m_clocks->labelClockNote,
+    samples::showNote(m_clocks->note,
                       tr("%1 of %2 is shared with another instance that runs it at %3 Gbps.")
                           .arg(offers.first().pll, quad, samples::numberText(txRate())));
     updateOffers();
@@ -225,12 +247,12 @@ void CustomPhyDlg::share(const QString &quad)
 
 double CustomPhyDlg::txRate() const
 {
-    return m_line->comboTxRate->currentText().toDouble();
+    return m_clocks->txRate->currentText().toDouble();
 }
 
 void CustomPhyDlg::updateQuads()
 {
-    const QStringList lanes = samples::checkedLanes(m_clocks->listLanes);
+    const QStringList lanes = samples::checkedLanes(m_clocks->lanes);
     for (auto it = m_quads.cbegin(); it != m_quads.cend(); ++it) {
         bool used = false;
         for (const QString &lane : lanes)
@@ -246,7 +268,7 @@ void CustomPhyDlg::updateQuads()
 void CustomPhyDlg::updateOffers()
 {
     bool sharing = false;
-    const QStringList lanes = samples::checkedLanes(m_clocks->listLanes);
+    const QStringList lanes = samples::checkedLanes(m_clocks->lanes);
     for (auto it = m_quads.cbegin(); it != m_quads.cend(); ++it) {
         const QList<samples::PllOffer> offers = samples::runningPlls(it.key(), txRate());
         const bool chosen = !offers.isEmpty() && it->pll->currentText() == offers.first().pll
@@ -262,7 +284,7 @@ void CustomPhyDlg::updateOffers()
         it->share->show();
     }
     if (!sharing)
-        samples::showNote(m_clocks->labelClockNote, QString());
+        samples::showNote(m_clocks->note, QString());
 }
 
 void CustomPhyDlg::updateFabric()
@@ -286,7 +308,7 @@ void CustomPhyDlg::updateFigure()
 CustomPhySettings CustomPhyDlg::settings() const
 {
     CustomPhySettings s;
-    samples::readFrame(s, *this, m_clocks->listLanes);
+    samples::readFrame(s, *this, m_clocks->lanes);
     for (const QString &quad : s.quads()) {
         const QuadWidgets w = m_quads.value(quad);
         CustomPhySettings::QuadClock clock;
@@ -298,7 +320,7 @@ CustomPhySettings CustomPhyDlg::settings() const
         s.clocks.insert(quad, clock);
     }
     s.txRate = txRate();
-    s.rxRate = m_line->comboRxRate->currentText().toDouble();
+    s.rxRate = m_clocks->rxRate->currentText().toDouble();
     s.width = m_line->comboWidth->currentText().toInt();
     s.encoding = m_line->comboEncoding->currentData().toString();
     s.wordAlign = m_line->checkWordAlign->isChecked();
@@ -319,4 +341,28 @@ bool CustomPhyDlg::confirm()
 {
     const CustomPhySettings s = settings();
     return samples::confirmLanes(this, tr("Custom PHY"), s.problems(m_tier), s.rows());
+}
+
+QList<samples::Problem> CustomPhyDlg::fieldProblems() const
+{
+    const CustomPhySettings s = settings();
+    return samples::placementProblems(
+        s.problems(m_tier), s.rows(), [](const samples::Refusal &refusal) {
+            const QString quad = samples::quadOfLane(refusal.lane) + QLatin1Char('_');
+            switch (refusal.cause) {
+            case samples::Cause::Pll:
+                return QString(quad + QStringLiteral("pll"));
+            case samples::Cause::Reference:
+                return QString(quad + QStringLiteral("reference"));
+            case samples::Cause::RefFreq:
+                return QString(quad + QStringLiteral("refFreq"));
+            case samples::Cause::Rate:
+                return QStringLiteral("txRate");
+            case samples::Cause::ReferenceMux:
+                return QStringLiteral("referenceMux");
+            case samples::Cause::Lanes:
+                break;
+            }
+            return QStringLiteral("lanes");
+        });
 }

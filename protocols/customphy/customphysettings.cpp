@@ -156,41 +156,49 @@ int CustomPhySettings::ctrlWidth() const
     return 0;
 }
 
-QStringList CustomPhySettings::problems(samples::Tier tier) const
+QList<samples::Problem> CustomPhySettings::problems(samples::Tier tier) const
 {
-    QStringList found;
+    QList<samples::Problem> found;
+    const auto add = [&found](const QString &key, const QString &text) {
+        found.append({key, text});
+    };
     if (lanes.isEmpty())
-        found << tr("No lane is selected.");
+        add(QStringLiteral("lanes"), tr("No lane is selected."));
     const QStringList known = samples::laneLabels(tier);
     const QStringList references = samples::referencePins(tier) + samples::fabricReferences(tier);
     for (const QString &lane : lanes) {
         if (!known.contains(lane))
-            found << tr("The device has no lane \"%1\".").arg(lane);
+            add(QStringLiteral("lanes"), tr("The device has no lane \"%1\".").arg(lane));
     }
     for (const QString &quad : quads()) {
         const QuadClock clock = clocks.value(quad);
+        const QString key = quad + QLatin1Char('_');
         if (!QStringList{QStringLiteral("CPLL"), QStringLiteral("QPLL0"), QStringLiteral("QPLL1")}
                  .contains(clock.pll))
-            found << tr("\"%1\" is no PLL of %2.").arg(clock.pll, quad);
+            add(key + QStringLiteral("pll"), tr("\"%1\" is no PLL of %2.").arg(clock.pll, quad));
         if (!references.contains(clock.reference))
-            found << tr("The device has no reference input \"%1\".").arg(clock.reference);
+            add(key + QStringLiteral("reference"),
+                tr("The device has no reference input \"%1\".").arg(clock.reference));
         if (clock.refFreq <= 0.0)
-            found << tr("The reference frequency of %1 must be above 0 MHz.").arg(quad);
+            add(key + QStringLiteral("refFreq"),
+                tr("The reference frequency of %1 must be above 0 MHz.").arg(quad));
     }
-    if (txRate <= 0.0 || rxRate <= 0.0)
-        found << tr("The line rates must be above 0 Gbps.");
+    if (txRate <= 0.0)
+        add(QStringLiteral("txRate"), tr("The TX rate must be above 0 Gbps."));
+    if (rxRate <= 0.0)
+        add(QStringLiteral("rxRate"), tr("The RX rate must be above 0 Gbps."));
     if (!customphy::widths().contains(QString::number(width)))
-        found << tr("The PMA width must be 8, 10, 16 or 20 bits.");
+        add(QStringLiteral("width"), tr("The PMA width must be 8, 10, 16 or 20 bits."));
     if (!values(customphy::encodings(tier)).contains(encoding))
-        found << tr("The device has no \"%1\" coding.").arg(encoding);
+        add(QStringLiteral("encoding"), tr("The device has no \"%1\" coding.").arg(encoding));
     else if (encoding == QLatin1String("8b10b") && width % 10 != 0)
-        found << tr("8b/10b coding needs a PMA width of 10 or 20 bits.");
+        add(QStringLiteral("width"), tr("8b/10b coding needs a PMA width of 10 or 20 bits."));
     if (!values(customphy::loopbacks(tier)).contains(loopback))
-        found << tr("The device has no loopback \"%1\".").arg(loopback);
+        add(QStringLiteral("loopback"), tr("The device has no loopback \"%1\".").arg(loopback));
     if (!referenceMux.isEmpty() && !samples::referenceMuxes(tier).contains(referenceMux))
-        found << tr("The device has no mux \"%1\".").arg(referenceMux);
+        add(QStringLiteral("referenceMux"), tr("The device has no mux \"%1\".").arg(referenceMux));
     if (wordAlign && alignPattern.isEmpty())
-        found << tr("Word alignment needs a pattern.");
+        add(QStringLiteral("alignPattern"), tr("Word alignment needs a pattern."));
     return found;
 }
 

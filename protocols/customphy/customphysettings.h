@@ -2,6 +2,7 @@
 #pragma once
 
 #include "../common/devicetier.h"
+#include "../common/fields.h"
 #include "../common/instancesettings.h"
 #include "../common/lanemodule.h"
 #include "../common/laneplacement.h"
@@ -46,9 +47,9 @@ public:
     QList<samples::LaneModule::Lane> moduleLanes() const;
     // Protocol parameter lines in the tables' vocabulary of `tier`.
     QStringList iniLines(samples::Tier tier) const;
-    // Values the tier has no translation or no element for; empty when the
-    // settings can be generated.
-    QStringList problems(samples::Tier tier) const;
+    // Values the tier has no translation or no element for, each under the
+    // key of its field; empty when the settings can be generated.
+    QList<samples::Problem> problems(samples::Tier tier) const;
     // Fabric bits per lane and clock, and control bits with them.
     int dataWidth() const;
     int ctrlWidth() const;

@@ -43,7 +43,9 @@ bool Ethernet10g::generate(const QMap<QString, QVariant> &args, QStringList &ini
 {
     Q_UNUSED(csrLines)
     const Ethernet10gSettings s = Ethernet10gSettings::fromMap(args);
-    if (!samples::reportProblems(name(), s.name, s.problems(samples::tierOfInstance(args, device))))
+    if (!samples::reportProblems(
+            name(), s.name,
+            samples::problemTexts(s.problems(samples::tierOfInstance(args, device)))))
         return false;
     iniLines << s.iniLines();
     if (!fullRun)
@@ -67,8 +69,8 @@ bool Ethernet10g::generate(const QMap<QString, QVariant> &args, QStringList &ini
 
 bool Ethernet10g::validate(const QMap<QString, QVariant> &args, QStringList &errors) const
 {
-    const QStringList problems
-        = Ethernet10gSettings::fromMap(args).problems(samples::tierOfInstance(args, device));
+    const QStringList problems = samples::problemTexts(
+        Ethernet10gSettings::fromMap(args).problems(samples::tierOfInstance(args, device)));
     errors << problems;
     return problems.isEmpty();
 }

@@ -72,26 +72,33 @@ QStringList Ethernet10gSettings::iniLines() const
     return lines;
 }
 
-QStringList Ethernet10gSettings::problems(samples::Tier tier) const
+QList<samples::Problem> Ethernet10gSettings::problems(samples::Tier tier) const
 {
-    QStringList found;
+    QList<samples::Problem> found;
     if (!ethernet10gRunsOn(tier)) {
-        found << tr("The device has no 64b/66b coding for 10GBASE-R.");
+        found.append({QString(), tr("The device has no 64b/66b coding for 10GBASE-R.")});
         return found;
     }
+    const QString lanesKey = QStringLiteral("lanes");
     if (lanes.isEmpty() || lanes.size() > MAX_LANES)
-        found << tr("10GBASE-R takes one to four lanes; %1 are selected.").arg(lanes.size());
+        found.append({lanesKey,
+                      tr("10GBASE-R takes one to four lanes; %1 are selected.").arg(lanes.size())});
     const QStringList known = samples::laneLabels(tier);
+    bool apart = false;
     for (const QString &lane : lanes) {
         if (!known.contains(lane))
-            found << tr("The device has no lane \"%1\".").arg(lane);
-        else if (!lane.startsWith(quad()))
-            found << tr("The lanes must share one QPLL, so they must lie in one quad.");
+            found.append({lanesKey, tr("The device has no lane \"%1\".").arg(lane)});
+        else
+            apart = apart || !lane.startsWith(quad());
     }
+    if (apart)
+        found.append(
+            {lanesKey, tr("The lanes must share one QPLL, so they must lie in one quad.")});
     if (pll != QLatin1String("QPLL0") && pll != QLatin1String("QPLL1"))
-        found << tr("10GBASE-R runs on QPLL0 or QPLL1, not on \"%1\".").arg(pll);
+        found.append({QStringLiteral("pll"),
+                      tr("10GBASE-R runs on QPLL0 or QPLL1, not on \"%1\".").arg(pll)});
     if (!samples::referencePins(tier).contains(reference))
-        found << tr("\"%1\" is no reference clock pin of the device.").arg(reference);
-    found.removeDuplicates();
+        found.append({QStringLiteral("reference"),
+                      tr("\"%1\" is no reference clock pin of the device.").arg(reference)});
     return found;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "../common/devicetier.h"
+#include "../common/fields.h"
 #include "../common/instancesettings.h"
 #include "../common/lanemodule.h"
 #include "../common/laneplacement.h"
@@ -39,8 +40,9 @@ public:
     QList<samples::LaneRow> rows() const;
     QList<samples::LaneModule::Lane> moduleLanes() const;
     QStringList iniLines() const;
-    // What keeps the settings from being generated on `tier`; empty if none.
-    QStringList problems(samples::Tier tier) const;
+    // What keeps the settings from being generated on `tier`, each under the
+    // key of its field; empty if none.
+    QList<samples::Problem> problems(samples::Tier tier) const;
 
     QString pll = QStringLiteral("QPLL0");
     QString reference;

@@ -113,12 +113,28 @@ public:
     }
 
     // Places maps as the page places confirmed ones, and keeps their requests
-    // until the next prepare. Empty when all were placed.
+    // until the next prepare. Empty when all were placed. A list of texts
+    // instead of a map is the rows of a request of another protocol, each
+    // "LANE PLL REF FREQ RATE", the rate both ways.
     QString hold(const QVariantList &maps)
     {
         QString err;
         for (const QVariant &map : maps) {
-            m_held.emplace_back(protocol()->createMessage(map.toMap()));
+            if (map.type() == QVariant::StringList) {
+                auto *other = new IPSERDESIP::Message;
+                other->name = other->module = other->file = QStringLiteral("other");
+                for (const QString &row : map.toStringList()) {
+                    const QStringList f = row.split(QLatin1Char(' '));
+                    QStringList *columns[]
+                        = {&other->lanes, &other->plls,    &other->refs,   &other->refFreqs,
+                           &other->rates, &other->rxRates, &other->txRates};
+                    for (int i = 0; i < 7; ++i)
+                        *columns[i] << f.value(qMin(i, 4));
+                }
+                m_held.emplace_back(other);
+            } else {
+                m_held.emplace_back(protocol()->createMessage(map.toMap()));
+            }
             if (!serdes::instance()->addItem(m_held.back().get(), err))
                 return QStringLiteral("not placed: ") + err;
         }
@@ -151,8 +167,8 @@ namespace driver {
 //   "key==value"   reads a key and expects the value;
 //   "key"          reads a key only, for the test to use.
 // Keys are a widget's name, with "#count" (items offered), "#items" (their
-// values), "?visible" or "?enabled", or "untipped". An entry may join keys,
-// with their values, or steps by "|".
+// values), "?visible", "?enabled" or "?tip" (its tooltip), "untipped", or
+// "OK?enabled". An entry may join keys, with their values, or steps by "|".
 
 inline void apply(QWidget *dialog, const QString &step)
 {
@@ -203,7 +219,10 @@ inline QString read(QWidget *dialog, const QString &key)
         return names.join(QLatin1Char(','));
     }
     const QString name = key.section(QRegularExpression(QStringLiteral("[#?]")), 0, 0);
-    QWidget *w = dialog->findChild<QWidget *>(name);
+    QWidget *w = name == QLatin1String("OK")
+                     ? dialog->findChild<QDialogButtonBox *>(QStringLiteral("buttonBox"))
+                           ->button(QDialogButtonBox::Ok)
+                     : dialog->findChild<QWidget *>(name);
     if (!w)
         return QStringLiteral("<no %1>").arg(name);
     const auto yes = [](bool on) {
@@ -213,6 +232,8 @@ inline QString read(QWidget *dialog, const QString &key)
         return yes(w->isVisibleTo(dialog));
     if (key.endsWith(QLatin1String("?enabled")))
         return yes(w->isEnabled());
+    if (key.endsWith(QLatin1String("?tip")))
+        return w->toolTip();
     const bool count = key.endsWith(QLatin1String("#count"));
     const bool items = key.endsWith(QLatin1String("#items"));
     QStringList all, ticked;
@@ -317,6 +338,52 @@ inline Run create(IPSERDESIP::BaseProtocol *protocol, const DEV::DeviceArg &devi
 inline Run edit(IPSERDESIP::BaseProtocol *protocol, const Args &args, const QStringList &script)
 {
     return drive(script, [&] { return protocol->edit(args); });
+}
+
+// The columns of the rows of fieldProblem: on `device` beside the `others`
+// (as ProtocolHarness::hold takes them), after the `setup` steps, `field` set
+// to `bad` shows, under it and in its tooltip, a problem with every one of
+// the `words` ("a|b"), and OK is off; set to `fix`, the problem goes, and
+// OK, on again, closes the dialog.
+inline void fieldProblemColumns()
+{
+    QTest::addColumn<QString>("device");
+    QTest::addColumn<QVariantList>("others");
+    QTest::addColumn<QStringList>("setup");
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("bad");
+    QTest::addColumn<QString>("words");
+    QTest::addColumn<QString>("fix");
+}
+
+inline void fieldProblem(ProtocolHarness &harness)
+{
+    QFETCH(QString, device);
+    QFETCH(QVariantList, others);
+    QFETCH(QStringList, setup);
+    QFETCH(QString, field);
+    QFETCH(QString, bad);
+    QFETCH(QString, words);
+    QFETCH(QString, fix);
+
+    const DEV::DeviceArg dev = harness.prepare(device);
+    QCOMPARE(harness.hold(others), QString());
+    const QString problem = field + QStringLiteral("Problem");
+    const QString ok = QStringLiteral("OK?enabled");
+    const Run run = create(harness.protocol(), dev, harness.freshDir(),
+                           setup
+                               + QStringList{field + QLatin1Char('=') + bad, problem,
+                                             field + QStringLiteral("?tip"), ok,
+                                             field + QLatin1Char('=') + fix, problem, ok});
+    QCOMPARE(run.seen.mid(0, run.seen.size() - 5), run.wanted.mid(0, run.wanted.size() - 5));
+    const QStringList seen = run.seen.mid(run.seen.size() - 5);
+    for (const QString &word : words.split(QLatin1Char('|'))) {
+        QVERIFY2(seen.value(0).contains(word), qPrintable(seen.value(0) + " lacks " + word));
+        QVERIFY2(seen.value(1).contains(word), qPrintable(seen.value(1) + " lacks " + word));
+    }
+    QCOMPARE(seen.mid(2), (QStringList{ok + "=false", problem + "=", ok + "=true"}));
+    QCOMPARE(run.boxes, QStringList());
+    QVERIFY(!run.args.isEmpty());
 }
 
 // The map as the page stores it in a configuration file and reads it back.
