@@ -13,20 +13,17 @@
 // staged tree's bin/, where the page finds the protocols, the device database
 // and the register compilers.
 
+#include "pagedriver.h"
+
 #include "page/serdesipdlg.h"
 #include "plugin/serdesipconstants.h"
 
 #include <core/idecore.h>
 #include <dev/devicedb.h>
-#include <ipcore/ipinfospec.h>
 
 #include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QDir>
-#include <QLineEdit>
-#include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSettings>
@@ -59,41 +56,6 @@ QTextStream &err()
     return stream;
 }
 
-// Sets the named widgets of `dialog` as a user would.
-bool apply(QWidget *dialog, const QStringList &steps)
-{
-    for (const QString &step : steps) {
-        const QString name = step.section(QLatin1Char('='), 0, 0);
-        const QString value = step.section(QLatin1Char('='), 1);
-        QWidget *w = dialog->findChild<QWidget *>(name);
-        if (auto *combo = qobject_cast<QComboBox *>(w)) {
-            const int index = combo->findText(value);
-            if (index < 0 && !combo->isEditable())
-                w = nullptr;
-            else if (index >= 0)
-                combo->setCurrentIndex(index);
-            else
-                combo->setEditText(value);
-        } else if (auto *check = qobject_cast<QCheckBox *>(w)) {
-            check->setChecked(value == QLatin1String("true"));
-        } else if (auto *list = qobject_cast<QListWidget *>(w)) {
-            const QStringList wanted = value.split(QLatin1Char(','));
-            for (int i = 0; i < list->count(); ++i)
-                list->item(i)->setCheckState(wanted.contains(list->item(i)->text()) ? Qt::Checked
-                                                                                    : Qt::Unchecked);
-        } else if (auto *edit = qobject_cast<QLineEdit *>(w)) {
-            edit->setText(value);
-        } else {
-            w = nullptr;
-        }
-        if (!w) {
-            err() << "cannot set " << step << '\n';
-            return false;
-        }
-    }
-    return true;
-}
-
 QString g_pictures;
 
 void savePicture(QWidget *widget, const QString &name)
@@ -123,7 +85,9 @@ void answerNext(const QStringList &steps, const QString &picture, bool *ok)
         if (!dialog || !dialog->isVisible() || dialog->property("answered").toBool())
             return;
         dialog->setProperty("answered", true);
-        if (!apply(dialog, steps)) {
+        QString failed;
+        if (!applySteps(dialog, steps, &failed)) {
+            err() << "cannot set " << failed << '\n';
             *ok = false;
             dialog->reject();
             return;
@@ -138,14 +102,6 @@ void answerNext(const QStringList &steps, const QString &picture, bool *ok)
         timer->deleteLater();
     });
     timer->start(20);
-}
-
-QMap<QString, QVariant> coreInfo()
-{
-    const QString core = QCoreApplication::applicationDirPath() + QStringLiteral("/../ipcore/SERDES_IP");
-    QMap<QString, QVariant> info = IPCore::processIPInfoSpec(core + QStringLiteral("/serdesip.ipspec"));
-    info.insert(QLatin1String(IPCore::Info::KEY_DATADIRECTORY), QString(core + QStringLiteral("/data")));
-    return info;
 }
 
 // The protocols' ids, by which the older layouts named them.

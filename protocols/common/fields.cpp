@@ -99,6 +99,20 @@ void placeLine(QLayout *layout, QWidget *frame, QLabel *label, QLabel *line)
     }
 }
 
+// A dialog that is open grows to the room its fields, notes and problem
+// lines ask for, and never shrinks under the user's hands: its layout does
+// not count the lines of wrapping labels in its least size, and would
+// squeeze the fields instead.
+void makeRoom(QWidget *widget)
+{
+    QWidget *window = widget->window();
+    if (!window->isVisible())
+        return;
+    const QSize room = window->size().expandedTo(window->sizeHint());
+    if (room != window->size())
+        window->resize(room);
+}
+
 } // namespace
 
 QStringList problemTexts(const QList<Problem> &problems)
@@ -193,7 +207,8 @@ void addProblemLine(QWidget *field)
     }
     auto *line = new QLabel(parent);
     line->setObjectName(field->objectName() + QStringLiteral("Problem"));
-    line->setWordWrap(true);
+    // One line, as wide as the reason: a wrapped line asks its layout for the
+    // height of one and would be drawn over the field below it.
     line->setStyleSheet(QStringLiteral("color: #c00000;"));
     QFont small = line->font();
     small.setPointSizeF(small.pointSizeF() * 0.9);
@@ -210,6 +225,7 @@ void showProblem(QWidget *field, const QString &text)
     if (!line || line->text() == text)
         return;
     line->setText(text);
+    makeRoom(line);
     if (auto *frame = qobject_cast<QWidget *>(field->property(PROBLEM_FRAME).value<QObject *>()))
         frame->setStyleSheet(QString::fromLatin1(FRAME_STYLE)
                                  .arg(QLatin1String(text.isEmpty() ? "transparent" : "#d00000")));
@@ -238,6 +254,7 @@ void showNote(QLabel *label, const QString &text)
     // are reserved, so that none is cut off.
     const int width = label->width() > 0 ? label->width() : label->sizeHint().width();
     label->setMinimumHeight(text.isEmpty() ? 0 : label->heightForWidth(width));
+    makeRoom(label);
 }
 
 QString valueText(const QString &value)

@@ -16,6 +16,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGraphicsScene>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QImage>
 #include <QImageWriter>
@@ -25,6 +26,7 @@
 #include <QPainter>
 #include <QPolygonF>
 #include <QSaveFile>
+#include <QScreen>
 #include <QShortcut>
 #include <QSvgGenerator>
 #include <QVector>
@@ -116,6 +118,12 @@ clockSchematicView::clockSchematicView(const DEV::DeviceArg &device, QWidget *pa
     place();
     auto *layout = new QHBoxLayout(this);
     layout->addWidget(view);
+    // Opened at the drawing's own scale where the screen has room for it,
+    // else as large as the screen allows, fitted.
+    if (const QScreen *screen = QGuiApplication::primaryScreen()) {
+        const QSize drawing = scene->itemsBoundingRect().size().toSize() + QSize(60, 60);
+        resize(drawing.boundedTo(screen->availableGeometry().size() * 0.9));
+    }
 
     auto *save = new QShortcut(QKeySequence::Save, this);
     connect(save, &QShortcut::activated, this, &clockSchematicView::saveImageAs);
