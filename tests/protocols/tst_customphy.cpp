@@ -35,6 +35,8 @@ private slots:
     void savedMapRebuildsRequest();
     void everyOfferTranslates_data();
     void everyOfferTranslates();
+    void validateNamesKeys_data();
+    void validateNamesKeys();
 
 private:
     ProtocolHarness m_harness;
@@ -324,12 +326,97 @@ void tst_CustomPhy::everyOfferTranslates()
             args.insert(it.key(), value);
             QStringList lines, csr, mod, errors;
             QString out;
+            QVERIFY2(phy->validate(args, errors), qPrintable(errors.join('\n')));
             QVERIFY2(phy->generate(args, lines, csr, mod, out, false),
                      qPrintable(it.key() + "=" + value));
             IPSERDESIP::parser::instance()->converIniToToml(lines, errors);
             QVERIFY2(errors.isEmpty(), qPrintable(errors.join('\n')));
         }
     }
+}
+
+void tst_CustomPhy::validateNamesKeys_data()
+{
+    QTest::addColumn<QString>("device");
+    QTest::addColumn<Args>("changes"); // to a map of one lane as a file gives it back
+    QTest::addColumn<QStringList>("problems");
+
+    QTest::newRow("880k, two quads") << DEVICE_880K
+                                     << Args{{"lanes", "Q0 Lane3,Q1 Lane0"},
+                                             {"Q1_pll", "QPLL1"},
+                                             {"Q1_reference", "Q1 REFCLK0"},
+                                             {"Q1_refFreq", "125"}}
+                                     << QStringList();
+    QTest::newRow("370k") << DEVICE_370K << Args() << QStringList();
+    QTest::newRow("90k, fabric clock, 64b/66b")
+        << DEVICE_90K
+        << Args{{"Q0_reference", "MCLK"},    {"encoding", "64b66b"}, {"loopback", "tx_only"},
+                {"referenceMux", "REFMUX1"}, {"LANG", "1"},          {"dir", "/tmp/phy"}}
+        << QStringList();
+    QTest::newRow("880k codes 8b/10b only")
+        << DEVICE_880K << Args{{"encoding", "64b66b"}}
+        << QStringList{"encoding \"64b66b\": not one of off, 8b10b on the RK9C-880D family"};
+    // The settings' own words for the width and the rates say the same as the
+    // keys' and are left out; all the rest comes in one run.
+    QTest::newRow("every problem")
+        << DEVICE_370K
+        << Args{{"txRate", QVariant()},
+                {"width", "12"},
+                {"wordAlign", "yes"},
+                {"Q1_pll", "QPLL0"},
+                {"colour", "red"}}
+        << QStringList{"txRate: missing", "width \"12\": not one of 8, 10, 16, 20",
+                       "wordAlign \"yes\": neither true nor false",
+                       "Q1_pll \"QPLL0\": no lane of the instance lies in Q1",
+                       "colour \"red\": no parameter of Custom PHY"};
+    QTest::newRow("lane of no quad of the device")
+        << DEVICE_370K << Args{{"lanes", "Q0 Lane3,Q1 Lane0"}}
+        << QStringList{"lanes \"Q0 Lane3,Q1 Lane0\": Q1 Lane0 is not one of Q0 Lane0, Q0 Lane1, "
+                       "Q0 Lane2, Q0 Lane3 on the RK9C-370D family"};
+    QTest::newRow("lanes as a list")
+        << DEVICE_370K << Args{{"lanes", QStringList{"Q0 Lane2", "Q0 Lane3"}}}
+        << QStringList{"lanes \"Q0 Lane2, Q0 Lane3\": a list of 2 "
+                       "texts, where one text is written (lane labels "
+                       "joined by commas in one quoted text: \"Q0 "
+                       "Lane0,Q0 Lane1\"; one lane needs no quotes)"};
+    QTest::newRow("settings' own check beside a key's")
+        << DEVICE_370K << Args{{"width", "16"}, {"target_device", "RK9C370D"}}
+        << QStringList{"target_device \"RK9C370D\": no device the generator knows (a device "
+                       "identifier, e.g. RK9C370D-FG676-2)",
+                       "8b/10b coding needs a PMA width of 10 or 20 bits."};
+}
+
+// A map that comes from a file or a command line is checked key by key
+// against the plug-in's description, on the device's tier.
+void tst_CustomPhy::validateNamesKeys()
+{
+    QFETCH(QString, device);
+    QFETCH(Args, changes);
+    QFETCH(QStringList, problems);
+    m_harness.prepare(device);
+    const Args saved{{"LANG", "0"},
+                     {"target_device", device},
+                     {"name", "phy"},
+                     {"module", "phy"},
+                     {"file", "phy"},
+                     {"lanes", "Q0 Lane3"},
+                     {"Q0_pll", "CPLL"},
+                     {"Q0_reference", "Q0 REFCLK1"},
+                     {"Q0_refFreq", "156.25"},
+                     {"txRate", "2.5"},
+                     {"rxRate", "2.5"},
+                     {"width", "20"},
+                     {"encoding", "8b10b"},
+                     {"wordAlign", "true"},
+                     {"alignPattern", "k28.5"},
+                     {"txPolarityInvert", "false"},
+                     {"rxPolarityInvert", "false"},
+                     {"loopback", "off"},
+                     {"referenceMux", ""}};
+    QStringList errors;
+    QCOMPARE(m_harness.protocol()->validate(driver::changed(saved, changes), errors),
+             problems.isEmpty());
+    QCOMPARE(errors, problems);
 }
 
 QTEST_MAIN(tst_CustomPhy)
