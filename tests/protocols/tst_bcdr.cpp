@@ -492,8 +492,9 @@ void tst_Bcdr::validateNamesKeys_data()
                        "LANG \"0\": no parameter of BCDR"};
     // The receiver's own limits and rules stand beside the keys' problems.
     QTest::newRow("receiver's own checks")
-        << DEVICE_880K << Args{{"ref_freq", "900"}, {"width", "16"}, {"colour", "red"}}
-        << QStringList{"colour \"red\": no parameter of BCDR",
+        << DEVICE_880K << Args{{"ref_freq", "900"}, {"width", "16"}, {"target_device", "RK9C880D"}}
+        << QStringList{"target_device \"RK9C880D\": no device the generator knows (a device "
+                       "identifier, e.g. RK9C370D-FG676-2)",
                        "The reference frequency must be a number from 50 to 800 MHz.",
                        "\"16\" is no data width with this encoding this receiver offers."};
 }
@@ -506,24 +507,13 @@ void tst_Bcdr::validateNamesKeys()
     QFETCH(Args, changes);
     QFETCH(QStringList, problems);
     m_harness->prepare(device);
-    const Args saved{{"comma", "k28.5"},
-                     {"coupling", "ac"},
-                     {"encoding", "8b10b"},
-                     {"file", "bcdr"},
-                     {"lanes", QStringList{"Q1_LANE2", "Q1_LANE3"}},
-                     {"module", "bcdr"},
-                     {"name", "bcdr"},
-                     {"ovs_mode", "buildin"},
-                     {"ovs_ratio", "5x"},
-                     {"pll", "CPLL"},
-                     {"polarity_invert", "false"},
-                     {"ref_clock", "Q1 REFCLK0"},
-                     {"ref_freq", "125"},
-                     {"rx_rate", "1.25"},
-                     {"sd_threshold", "100mV"},
-                     {"target_device", device},
-                     {"width", "20"},
-                     {"word_align", "true"}};
+    const Args rest{{"comma", "k28.5"},        {"coupling", "ac"},
+                    {"encoding", "8b10b"},     {"ovs_mode", "buildin"},
+                    {"ovs_ratio", "5x"},       {"polarity_invert", "false"},
+                    {"sd_threshold", "100mV"}, {"target_device", device},
+                    {"width", "20"},           {"word_align", "true"}};
+    const Args saved
+        = driver::changed(instance("bcdr", {"Q1_LANE2", "Q1_LANE3"}, "CPLL", "Q1 REFCLK0"), rest);
     QStringList errors;
     QCOMPARE(protocol()->validate(driver::changed(saved, changes), errors), problems.isEmpty());
     QCOMPARE(errors, problems);
