@@ -8,6 +8,7 @@
 #include "../common/devicetier.h"
 #include "../common/lanemodule.h"
 #include "../common/laneplacement.h"
+#include "../common/parameters.h"
 #include "../common/samplepackage.h"
 
 #include <protocol/message.h>
@@ -79,9 +80,12 @@ bool BcdrProtocol::generate(const QMap<QString, QVariant> &args, QStringList &in
 
 bool BcdrProtocol::validate(const QMap<QString, QVariant> &args, QStringList &errors) const
 {
-    const QStringList found = samples::problemTexts(Bcdr::Settings::fromMap(args).check());
-    errors << found;
-    return found.isEmpty();
+    return samples::validateParameters(
+        name(), args, device,
+        [](const QMap<QString, QVariant> &map) {
+            return samples::problemTexts(Bcdr::Settings::fromMap(map).check());
+        },
+        errors);
 }
 
 QString BcdrProtocol::version() const

@@ -8,14 +8,19 @@
 
 namespace samples {
 
-Tier tierOfInstance(const QMap<QString, QVariant> &args, const DEV::DeviceArg &fallback)
+QString familyOfInstance(const QMap<QString, QVariant> &args, const DEV::DeviceArg &fallback)
 {
     const QString model = IPSERDESIP::serdes::instance()->device;
     if (!model.isEmpty())
-        return tierOf(model);
+        return model;
     const QString id = args.value(QStringLiteral("target_device")).toString();
     const DEV::DeviceArg named = Core::IdeCore::deviceDataBase()->findByID(id);
-    return tierOf(named.isValid() ? named.family : fallback.family);
+    return named.isValid() ? named.family : fallback.family;
+}
+
+Tier tierOfInstance(const QMap<QString, QVariant> &args, const DEV::DeviceArg &fallback)
+{
+    return tierOf(familyOfInstance(args, fallback));
 }
 
 QString instanceDirectory(const QMap<QString, QVariant> &args)

@@ -24,8 +24,10 @@ namespace samples {
 // listed, and every other family, an unknown one too, is the two-quad tier.
 using IPSERDESIP::Tier;
 using IPSERDESIP::tierOf;
-// The tier an instance is generated for: the open model's, or else that of
-// the device its map names by "target_device", or else `fallback`'s.
+// The part family an instance is generated for: the open model's, or else
+// that of the device its map names by "target_device", or else `fallback`'s;
+// and the tier of that family.
+QString familyOfInstance(const QMap<QString, QVariant> &args, const DEV::DeviceArg &fallback);
 Tier tierOfInstance(const QMap<QString, QVariant> &args, const DEV::DeviceArg &fallback);
 // Where an instance's own files go: below the configuration's directory once
 // the generator has one, else the directory its dialog chose. Empty when the

@@ -4,6 +4,7 @@
 #include "../common/devicetier.h"
 #include "../common/lanemodule.h"
 #include "../common/laneplacement.h"
+#include "../common/parameters.h"
 #include "../common/samplepackage.h"
 #include "customphydlg.h"
 #include "customphysettings.h"
@@ -69,10 +70,13 @@ bool CustomPhy::generate(const QMap<QString, QVariant> &args, QStringList &iniLi
 
 bool CustomPhy::validate(const QMap<QString, QVariant> &args, QStringList &errors) const
 {
-    const QStringList problems = samples::problemTexts(
-        CustomPhySettings::fromMap(args).problems(samples::tierOfInstance(args, device)));
-    errors << problems;
-    return problems.isEmpty();
+    const samples::Tier tier = samples::tierOfInstance(args, device);
+    return samples::validateParameters(
+        name(), args, device,
+        [tier](const QMap<QString, QVariant> &map) {
+            return samples::problemTexts(CustomPhySettings::fromMap(map).problems(tier));
+        },
+        errors);
 }
 
 QString CustomPhy::version() const

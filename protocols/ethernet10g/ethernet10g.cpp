@@ -4,6 +4,7 @@
 #include "../common/devicetier.h"
 #include "../common/lanemodule.h"
 #include "../common/laneplacement.h"
+#include "../common/parameters.h"
 #include "../common/samplepackage.h"
 #include "ethernet10gdlg.h"
 #include "ethernet10gsettings.h"
@@ -69,10 +70,13 @@ bool Ethernet10g::generate(const QMap<QString, QVariant> &args, QStringList &ini
 
 bool Ethernet10g::validate(const QMap<QString, QVariant> &args, QStringList &errors) const
 {
-    const QStringList problems = samples::problemTexts(
-        Ethernet10gSettings::fromMap(args).problems(samples::tierOfInstance(args, device)));
-    errors << problems;
-    return problems.isEmpty();
+    const samples::Tier tier = samples::tierOfInstance(args, device);
+    return samples::validateParameters(
+        name(), args, device,
+        [tier](const QMap<QString, QVariant> &map) {
+            return samples::problemTexts(Ethernet10gSettings::fromMap(map).problems(tier));
+        },
+        errors);
 }
 
 QString Ethernet10g::version() const

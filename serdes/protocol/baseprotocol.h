@@ -39,9 +39,9 @@ public:
     virtual bool generate(const QMap<QString, QVariant> &args, QStringList &iniLines,
                           QStringList &csrLines, QStringList &modArgs, QString &outputFile,
                           bool fullRun) = 0;
-    // Checks a parameter map without a dialog, appending what is wrong to
-    // `errors`. Reserved for tools that replay configurations: the generator
-    // itself does not call it.
+    // Checks a parameter map that did not come from the protocol's dialog (an
+    // instance of a reopened configuration, `ipcoregen --add`), appending
+    // every problem to `errors`; the page calls it before createMessage.
     virtual bool validate(const QMap<QString, QVariant> &args, QStringList &errors) const = 0;
     virtual QString version() const;
     // Stable identifier, by which older configuration files name the protocol.

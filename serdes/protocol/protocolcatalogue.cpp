@@ -4,6 +4,7 @@
 #include "plugin/serdesipconstants.h"
 #include "protocol/baseprotocol.h"
 #include "protocol/protocolpackage.h"
+#include "tiers/tier.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -44,21 +45,32 @@ QString tr(const char *text)
     return QCoreApplication::translate("IPSERDESIP::ProtocolCatalogue", text);
 }
 
-// A parameter's allowed values, or the form its value takes.
-QString valuesOrForm(const QJsonObject &parameter)
+// A parameter's allowed values on the tier tagged `tier` ("valuesByTier"
+// before "values"), the empty text as "", then the form its value takes.
+QString valuesOrForm(const QJsonObject &parameter, const QString &tier)
 {
-    const QJsonArray values = parameter.value(QLatin1String("values")).toArray();
-    if (values.isEmpty())
-        return parameter.value(QLatin1String("form")).toString();
+    const QJsonObject byTier = parameter.value(QLatin1String("valuesByTier")).toObject();
+    const QJsonArray values = byTier.contains(tier)
+                                  ? byTier.value(tier).toArray()
+                                  : parameter.value(QLatin1String("values")).toArray();
     QStringList texts;
-    for (const QJsonValue &value : values)
-        texts << value.toVariant().toString();
-    return texts.join(QLatin1Char('|'));
+    for (const QJsonValue &value : values) {
+        const QString text = value.toVariant().toString();
+        texts << (text.isEmpty() ? QStringLiteral("\"\"") : text);
+    }
+    const QString form = parameter.value(QLatin1String("form")).toString();
+    if (texts.isEmpty()
+        && parameter.value(QLatin1String("kind")).toString() == QLatin1String("boolean"))
+        texts << QStringLiteral("true") << QStringLiteral("false");
+    if (texts.isEmpty())
+        return form;
+    return form.isEmpty() ? texts.join(QLatin1Char('|'))
+                          : texts.join(QLatin1Char('|')) + QStringLiteral("; ") + form;
 }
 
 // The parameters a plug-in's metadata describes, as a table; a sentence when
 // it describes none.
-QString parameterTable(const QJsonObject &metaData)
+QString parameterTable(const QJsonObject &metaData, const QString &tier)
 {
     const QJsonArray parameters = metaData.value(QLatin1String("parameters")).toArray();
     if (parameters.isEmpty())
@@ -71,8 +83,10 @@ QString parameterTable(const QJsonObject &metaData)
         QString key = parameter.value(QLatin1String("key")).toString();
         if (parameter.value(QLatin1String("perQuad")).toBool())
             key += QStringLiteral(" ") + tr("(per quad)");
+        if (parameter.value(QLatin1String("optional")).toBool())
+            key += QStringLiteral(" ") + tr("(optional)");
         rows << QStringList{key, parameter.value(QLatin1String("kind")).toString(),
-                            valuesOrForm(parameter),
+                            valuesOrForm(parameter, tier),
                             parameter.value(QLatin1String("default")).toVariant().toString(),
                             parameter.value(QLatin1String("meaning")).toString()};
     }
@@ -101,6 +115,7 @@ QString protocolListing(const DEV::DeviceArg &device)
 {
     QList<QStringList> rows;
     QString parameters;
+    const QString tier = QLatin1String(tierDescription(tierOf(device.family)).tag);
     for (const QString &path : protocolPluginFiles()) {
         const QString file = QFileInfo(path).fileName();
         QPluginLoader loader(path);
@@ -122,7 +137,7 @@ QString protocolListing(const DEV::DeviceArg &device)
                                     ? tr("available")
                                     : tr("not available on the %1 family").arg(device.family)};
             parameters += QLatin1Char('\n') + tr("%1 parameters:").arg(protocol->name())
-                          + QLatin1Char('\n') + parameterTable(metaData);
+                          + QLatin1Char('\n') + parameterTable(metaData, tier);
         }
         loader.unload();
     }

@@ -19,7 +19,8 @@ SERDESIP_TEST_EXPORT QStringList protocolPluginFiles();
 // each protocol with its version and whether `device` can use it, or the
 // plug-in that could not be loaded and why; then, for each protocol, the
 // parameters its plug-in's metadata describes ("parameters" of the metadata
-// object: key, kind, values or form, default, per quad, meaning).
+// object: key, kind, values or form, default, per quad, meaning), with the
+// values of the device's tier where they differ by tier ("valuesByTier").
 SERDESIP_TEST_EXPORT QString protocolListing(const DEV::DeviceArg &device);
 
 } // namespace IPSERDESIP

@@ -175,6 +175,8 @@ void tst_ConfigText::commands()
         {{"--new", file, "--device", "RK9C370D-FG676-2"}, 2, "exists already"},
         {QStringList{"--open", file} + QStringList(customPhy).replaceInStrings("=phy", "=phy2"), 1,
          "No instance of Custom PHY was added:\nQ0 Lane3 is already held by phy.\n"},
+        {QStringList{"--open", file} + QStringList(customPhy).replaceInStrings("=20", "=12"), 1,
+         "No instance of Custom PHY was added:\nwidth \"12\": not one of 8, 10, 16, 20\n"},
         {{"--open", file, "--add", "PCIe"}, 1, "No protocol of that name is installed"},
         {{"--open", file, "--add", "10GBASE-R", "--set", "lanes"},
          1,
@@ -202,6 +204,9 @@ void tst_ConfigText::commands()
     QVERIFY2(lines.contains("  10GBASE-R   1.0  not available on the RK9C-880D family"),
              qPrintable(run.out));
     QVERIFY2(lines.contains("  Custom PHY  1.0  available"), qPrintable(run.out));
+    // The parameters with the values of the device's tier.
+    const QRegularExpression encoding("^  encoding +choice +off\\|8b10b +8b10b +The line coding.*");
+    QVERIFY2(lines.indexOf(encoding) > 0, qPrintable(run.out));
 }
 
 // Three instances that cannot be placed, each for a reason of its own, and a

@@ -404,6 +404,18 @@ inline Args throughIni(const Args &args, const QString &file, const QString &gro
     return back;
 }
 
+// `args` with `changes` made; a change to no value removes the key.
+inline Args changed(Args args, const Args &changes)
+{
+    for (auto it = changes.cbegin(); it != changes.cend(); ++it) {
+        if (it->isValid())
+            args.insert(it.key(), *it);
+        else
+            args.remove(it.key());
+    }
+    return args;
+}
+
 // The rows of a request, one text per row, for comparisons.
 inline QStringList rows(const IPSERDESIP::Message &msg)
 {

@@ -41,6 +41,8 @@ private slots:
     void generateWritesModule_data();
     void generateWritesModule();
     void editShowsStoredInstance();
+    void validateNamesKeys_data();
+    void validateNamesKeys();
 
 private:
     IPSERDESIP::BaseProtocol *protocol() const { return m_harness->protocol(); }
@@ -476,6 +478,66 @@ void tst_Bcdr::editShowsStoredInstance()
     guard.start(10);
     QVERIFY(protocol()->edit(run.args).isEmpty());
     QVERIFY(!shown);
+}
+
+void tst_Bcdr::validateNamesKeys_data()
+{
+    QTest::addColumn<QString>("device");
+    QTest::addColumn<Args>("changes"); // to a receiver of two lanes as a file gives it back
+    QTest::addColumn<QStringList>("problems");
+
+    QTest::newRow("880k") << DEVICE_880K << Args() << QStringList();
+    QTest::newRow("370k, one lane, raw bits")
+        << DEVICE_370K << Args{{"lanes", "Q0_LANE1"}, {"ref_clock", "Q0 REFIN2"},
+                               {"pll", "QPLL0"},      {"encoding", "none"},
+                               {"width", "16"},       {"word_align", "false"},
+                               {"dir", "/tmp/bcdr"}}
+        << QStringList();
+    QTest::newRow("90k") << DEVICE_90K
+                         << Args{{"lanes", QStringList{"Q0_LANE0", "Q0_LANE3"}},
+                                 {"ref_clock", "MCLK"}}
+                         << QStringList();
+    QTest::newRow("every problem")
+        << DEVICE_90K
+        << Args{{"lanes", QStringList{"Q0_LANE3", "Q1_LANE0"}},
+                {"ref_clock", "MCLK"},
+                {"rx_rate", QVariant()},
+                {"word_align", "1"},
+                {"sd_threshold", "90mV"},
+                {"LANG", "0"}}
+        << QStringList{"lanes \"Q0_LANE3, Q1_LANE0\": Q1_LANE0 is not one of Q0_LANE0, "
+                       "Q0_LANE1, Q0_LANE2, Q0_LANE3 on the RK9C-90F family",
+                       "rx_rate: missing", "word_align \"1\": neither true nor false",
+                       "sd_threshold \"90mV\": not one of 50mV, 75mV, 100mV, 125mV, 150mV, "
+                       "175mV, 200mV",
+                       "LANG \"0\": no parameter of BCDR"};
+    // The receiver's own limits and rules stand beside the keys' problems.
+    QTest::newRow("receiver's own checks")
+        << DEVICE_880K << Args{{"ref_freq", "900"}, {"width", "16"}, {"target_device", "RK9C880D"}}
+        << QStringList{"target_device \"RK9C880D\": no device the generator knows (a device "
+                       "identifier, e.g. RK9C370D-FG676-2)",
+                       "The reference frequency must be a number from 50 to 800 MHz.",
+                       "\"16\" is no data width with this encoding this receiver offers."};
+}
+
+// A map that comes from a file or a command line is checked key by key
+// against the plug-in's description, on the device's tier.
+void tst_Bcdr::validateNamesKeys()
+{
+    QFETCH(QString, device);
+    QFETCH(Args, changes);
+    QFETCH(QStringList, problems);
+    m_harness->prepare(device);
+    const Args rest{{"comma", "k28.5"},        {"coupling", "ac"},
+                    {"encoding", "8b10b"},     {"ovs_mode", "buildin"},
+                    {"ovs_ratio", "5x"},       {"polarity_invert", "false"},
+                    {"sd_threshold", "100mV"}, {"target_device", device},
+                    {"width", "20"},           {"word_align", "true"}};
+    const Args saved
+        = driver::changed(instance("bcdr", {"Q1_LANE2", "Q1_LANE3"}, "CPLL", "Q1 REFCLK0"), rest);
+    QStringList errors;
+    QCOMPARE(protocol()->validate(driver::changed(saved, changes), errors), problems.isEmpty());
+    QCOMPARE(errors, problems);
 }
 
 QTEST_MAIN(tst_Bcdr)

@@ -37,6 +37,8 @@ private slots:
     void savedMapRebuildsRequest();
     void everyOfferTranslates_data();
     void everyOfferTranslates();
+    void validateNamesKeys_data();
+    void validateNamesKeys();
 
 private:
     ProtocolHarness m_harness;
@@ -346,12 +348,77 @@ void tst_CustomPhy::everyOfferTranslates()
             args.insert(it.key(), value);
             QStringList lines, csr, mod, errors;
             QString out;
+            QVERIFY2(phy->validate(args, errors), qPrintable(errors.join('\n')));
             QVERIFY2(phy->generate(args, lines, csr, mod, out, false),
                      qPrintable(it.key() + "=" + value));
             IPSERDESIP::parser::instance()->converIniToToml(lines, errors);
             QVERIFY2(errors.isEmpty(), qPrintable(errors.join('\n')));
         }
     }
+}
+
+void tst_CustomPhy::validateNamesKeys_data()
+{
+    QTest::addColumn<QString>("device");
+    QTest::addColumn<Args>("changes"); // to a map of one lane as a file gives it back
+    QTest::addColumn<QStringList>("problems");
+
+    QTest::newRow("880k, two quads") << DEVICE_880K
+                                     << Args{{"lanes", "Q0 Lane3,Q1 Lane0"},
+                                             {"Q1_pll", "QPLL1"},
+                                             {"Q1_reference", "Q1 REFCLK0"},
+                                             {"Q1_refFreq", "125"}}
+                                     << QStringList();
+    QTest::newRow("370k") << DEVICE_370K << Args() << QStringList();
+    QTest::newRow("90k, fabric clock, 64b/66b")
+        << DEVICE_90K
+        << Args{{"Q0_reference", "MCLK"},    {"encoding", "64b66b"}, {"loopback", "tx_only"},
+                {"referenceMux", "REFMUX1"}, {"LANG", "1"},          {"dir", "/tmp/phy"}}
+        << QStringList();
+    QTest::newRow("880k codes 8b/10b only")
+        << DEVICE_880K << Args{{"encoding", "64b66b"}}
+        << QStringList{"encoding \"64b66b\": not one of off, 8b10b on the RK9C-880D family"};
+    // The settings' own words for the lanes, the width and the rates say the
+    // same as the keys' and are left out; all the rest comes in one run.
+    QTest::newRow("every problem")
+        << DEVICE_370K
+        << Args{{"lanes", QStringList{"Q0 Lane2", "Q0 Lane3"}},
+                {"txRate", QVariant()},
+                {"width", "12"},
+                {"wordAlign", "yes"},
+                {"Q1_pll", "QPLL0"},
+                {"colour", "red"}}
+        << QStringList{"lanes \"Q0 Lane2, Q0 Lane3\": a list of 2 texts, where one text is written "
+                       "(lane labels joined by commas in one quoted text: \"Q0 Lane0,Q0 Lane1\"; "
+                       "one lane needs no quotes)",
+                       "txRate: missing",
+                       "width \"12\": not one of 8, 10, 16, 20",
+                       "wordAlign \"yes\": neither true nor false",
+                       "Q1_pll \"QPLL0\": no lane of the instance lies in Q1",
+                       "colour \"red\": no parameter of Custom PHY"};
+}
+
+// A map that comes from a file or a command line is checked key by key
+// against the plug-in's description, on the device's tier.
+void tst_CustomPhy::validateNamesKeys()
+{
+    QFETCH(QString, device);
+    QFETCH(Args, changes);
+    QFETCH(QStringList, problems);
+    m_harness.prepare(device);
+    const Args rest{{"LANG", "0"},
+                    {"target_device", device},
+                    {"wordAlign", "true"},
+                    {"alignPattern", "k28.5"},
+                    {"txPolarityInvert", "false"},
+                    {"rxPolarityInvert", "false"},
+                    {"loopback", "off"}};
+    const Args saved = driver::changed(
+        other("phy", "Q0 Lane3", "CPLL", "Q0 REFCLK1", "156.25", "2.5").toMap(), rest);
+    QStringList errors;
+    QCOMPARE(m_harness.protocol()->validate(driver::changed(saved, changes), errors),
+             problems.isEmpty());
+    QCOMPARE(errors, problems);
 }
 
 QTEST_MAIN(tst_CustomPhy)

@@ -20,6 +20,8 @@ private slots:
     void savedMapAndModule();
     void everyOfferTranslates_data();
     void everyOfferTranslates();
+    void validateNamesKeys_data();
+    void validateNamesKeys();
 
 private:
     ProtocolHarness m_harness;
@@ -40,14 +42,12 @@ void tst_Ethernet10g::describesItself()
     QVERIFY(eth->isSupported(m_harness.prepare(DEVICE_370K)));
     QVERIFY(eth->isSupported(m_harness.prepare(DEVICE_90K)));
     // The two-quad tier's tables have no 64b/66b coding: not offered there,
-    // and a stored instance is not generated for it.
+    // and a stored instance is not generated for it (nor valid, below).
     QVERIFY(!eth->isSupported(m_harness.prepare(DEVICE_880K)));
     const Args args{{"name", "e"},         {"module", "e"},  {"file", "e"},
                     {"lanes", "Q0 Lane0"}, {"pll", "QPLL0"}, {"reference", "Q0 REFCLK0"}};
-    QStringList errors, lines, csr, mod;
+    QStringList lines, csr, mod;
     QString out;
-    QVERIFY(!eth->validate(args, errors));
-    QCOMPARE(errors, QStringList{"The device has no 64b/66b coding for 10GBASE-R."});
     QVERIFY(!eth->generate(args, lines, csr, mod, out, false));
     QCOMPARE(lines, QStringList());
 }
@@ -282,6 +282,49 @@ void tst_Ethernet10g::everyOfferTranslates()
             QVERIFY2(errors.isEmpty(), qPrintable(errors.join('\n')));
         }
     }
+}
+
+void tst_Ethernet10g::validateNamesKeys_data()
+{
+    QTest::addColumn<QString>("device");
+    QTest::addColumn<Args>("changes"); // to a link of two lanes as a file gives it back
+    QTest::addColumn<QStringList>("problems");
+
+    QTest::newRow("370k") << DEVICE_370K << Args() << QStringList();
+    QTest::newRow("90k") << DEVICE_90K
+                         << Args{{"lanes", "Q0 Lane2"},
+                                 {"pll", "QPLL1"},
+                                 {"reference", "Q0 REFCLK1"},
+                                 {"drp", "true"}}
+                         << QStringList();
+    QTest::newRow("880k") << DEVICE_880K << Args()
+                          << QStringList{"The device has no 64b/66b coding for 10GBASE-R."};
+    QTest::newRow("every problem")
+        << DEVICE_90K
+        << Args{{"pll", "CPLL"}, {"reference", "Q0 REFIN"}, {"drp", QVariant()}, {"speed", "10G"}}
+        << QStringList{"pll \"CPLL\": not one of QPLL0, QPLL1",
+                       "reference \"Q0 REFIN\": not one of Q0 REFCLK0, Q0 REFCLK1 on the "
+                       "RK9C-90F family",
+                       "drp: missing", "speed \"10G\": no parameter of 10GBASE-R"};
+}
+
+// A map that comes from a file or a command line is checked key by key
+// against the plug-in's description, on the device's tier.
+void tst_Ethernet10g::validateNamesKeys()
+{
+    QFETCH(QString, device);
+    QFETCH(Args, changes);
+    QFETCH(QStringList, problems);
+    m_harness.prepare(device);
+    const Args saved{{"name", "eth0"},         {"module", "eth0"},
+                     {"file", "eth0"},         {"lanes", "Q0 Lane0,Q0 Lane1"},
+                     {"pll", "QPLL0"},         {"reference", "Q0 REFCLK0"},
+                     {"drp", "false"},         {"LANG", "0"},
+                     {"target_device", device}};
+    QStringList errors;
+    QCOMPARE(m_harness.protocol()->validate(driver::changed(saved, changes), errors),
+             problems.isEmpty());
+    QCOMPARE(errors, problems);
 }
 
 QTEST_MAIN(tst_Ethernet10g)
