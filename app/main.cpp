@@ -32,7 +32,7 @@ bool displayAvailable()
 }
 
 // The device the user named, or the first device of the default family.
-DEV::DeviceArg chosenDevice(const QString &id, QString *error)
+DEV::DeviceArg findDevice(const QString &id, QString *error)
 {
     const DEV::DeviceDb *db = Core::IdeCore::deviceDataBase();
     if (!id.isEmpty()) {
@@ -53,6 +53,25 @@ DEV::DeviceArg chosenDevice(const QString &id, QString *error)
     *error = QCoreApplication::translate("ipcoregen", "The device database \"%1\" lists no device.")
                  .arg(Core::IdeCore::deviceDataBasePath());
     return DEV::DeviceArg();
+}
+
+// findDevice(), the reason printed when there is no device.
+DEV::DeviceArg chosenDevice(const QString &id)
+{
+    QString reason;
+    const DEV::DeviceArg device = findDevice(id, &reason);
+    if (!device.isValid())
+        QTextStream(stderr) << reason << '\n';
+    return device;
+}
+
+// The installed cores; what could not be loaded is printed as a warning.
+void loadCatalogue(CoreCatalogue &catalogue)
+{
+    catalogue.load(CoreCatalogue::defaultRoot());
+    QTextStream err(stderr);
+    for (const QString &problem : catalogue.problems())
+        err << QCoreApplication::translate("ipcoregen", "warning: %1").arg(problem) << '\n';
 }
 
 // The handler the toolkit installed, and whether a run without a person
@@ -100,21 +119,16 @@ QString batchMisuse(bool open, bool create, const QList<Needs> &needs)
 // The protocols of the installed cores for one device, as the cores list them.
 int printProtocols(const QString &deviceId)
 {
-    QTextStream err(stderr);
-    QString error;
-    const DEV::DeviceArg device = chosenDevice(deviceId, &error);
-    if (!device.isValid()) {
-        err << error << '\n';
+    const DEV::DeviceArg device = chosenDevice(deviceId);
+    if (!device.isValid())
         return 2;
-    }
     CoreCatalogue catalogue;
-    catalogue.load(CoreCatalogue::defaultRoot());
-    for (const QString &problem : catalogue.problems())
-        err << QCoreApplication::translate("ipcoregen", "warning: %1").arg(problem) << '\n';
+    loadCatalogue(catalogue);
     const QString listing = catalogue.protocolListing(device);
     if (listing.isEmpty()) {
-        err << QCoreApplication::translate("ipcoregen", "No installed core lists protocols.")
-            << '\n';
+        QTextStream(stderr) << QCoreApplication::translate("ipcoregen",
+                                                           "No installed core lists protocols.")
+                            << '\n';
         return 1;
     }
     QTextStream(stdout) << listing;
@@ -124,19 +138,12 @@ int printProtocols(const QString &deviceId)
 int printCatalogue(const QString &deviceId)
 {
     QTextStream out(stdout);
-    QTextStream err(stderr);
-    QString error;
-    const DEV::DeviceArg device = chosenDevice(deviceId, &error);
-    if (!device.isValid()) {
-        err << error << '\n';
+    const DEV::DeviceArg device = chosenDevice(deviceId);
+    if (!device.isValid())
         return 2;
-    }
 
     CoreCatalogue catalogue;
-    catalogue.load(CoreCatalogue::defaultRoot());
-    for (const QString &problem : catalogue.problems())
-        err << QCoreApplication::translate("ipcoregen", "warning: %1").arg(problem) << '\n';
-    err.flush();
+    loadCatalogue(catalogue);
 
     out << QCoreApplication::translate("ipcoregen", "Device: %1 (%2, %3)")
                .arg(device.id, device.name, device.family)
@@ -170,9 +177,7 @@ int printDevices()
         return 1;
     }
     CoreCatalogue catalogue;
-    catalogue.load(CoreCatalogue::defaultRoot());
-    for (const QString &problem : catalogue.problems())
-        err << QCoreApplication::translate("ipcoregen", "warning: %1").arg(problem) << '\n';
+    loadCatalogue(catalogue);
     QList<QStringList> rows{{QCoreApplication::translate("ipcoregen", "Identifier"),
                              QCoreApplication::translate("ipcoregen", "Family"),
                              QCoreApplication::translate("ipcoregen", "Name"),
@@ -347,12 +352,9 @@ int main(int argc, char *argv[])
         batch.addName = parser.value(nameOption);
         if (!parser.isSet(newOption))
             return batch.run(parser.value(openOption));
-        QString error;
-        const DEV::DeviceArg device = chosenDevice(deviceId, &error);
-        if (!device.isValid()) {
-            QTextStream(stderr) << error << '\n';
+        const DEV::DeviceArg device = chosenDevice(deviceId);
+        if (!device.isValid())
             return 2;
-        }
         return batch.runNew(parser.value(newOption), device, parser.value(moduleOption),
                             parser.value(languageOption));
     }
@@ -375,12 +377,9 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("IP Core Generator"));
     QApplication::setOrganizationName(QStringLiteral("ipcoregen"));
-    QString error;
-    const DEV::DeviceArg device = chosenDevice(deviceId, &error);
-    if (!device.isValid()) {
-        QTextStream(stderr) << error << '\n';
+    const DEV::DeviceArg device = chosenDevice(deviceId);
+    if (!device.isValid())
         return 2;
-    }
     auto catalogue = std::make_unique<CoreCatalogue>();
     catalogue->load(CoreCatalogue::defaultRoot());
     MainWindow window(catalogue.get(), device.id);
