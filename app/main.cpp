@@ -204,6 +204,17 @@ int printDevices()
     return 0;
 }
 
+// An option of the command line, its description and value name, marked for
+// translation where they are written, translated.
+QCommandLineOption option(const char *name, const char *description,
+                          const char *valueName = nullptr)
+{
+    const QString text = QCoreApplication::translate("ipcoregen", description);
+    return valueName ? QCommandLineOption(QLatin1String(name), text,
+                                          QCoreApplication::translate("ipcoregen", valueName))
+                     : QCommandLineOption(QLatin1String(name), text);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -211,86 +222,71 @@ int main(int argc, char *argv[])
     QCommandLineParser parser;
     parser.setApplicationDescription(QCoreApplication::translate("ipcoregen", "IP Core Generator"));
     parser.addHelpOption();
-    const QCommandLineOption listOption(
-        QStringLiteral("list"),
-        QCoreApplication::translate("ipcoregen", "Print the catalogue and exit."));
-    const QCommandLineOption listDevicesOption(
-        QStringLiteral("list-devices"),
-        QCoreApplication::translate(
-            "ipcoregen",
-            "Print the devices (identifier, family, name, transceiver quads) and exit."));
-    const QCommandLineOption deviceOption(
-        QStringLiteral("device"),
-        QCoreApplication::translate("ipcoregen",
-                                    "The target device, by an identifier of --list-devices."),
-        QCoreApplication::translate("ipcoregen", "id"));
-    const QCommandLineOption openOption(
-        QStringLiteral("open"),
-        QCoreApplication::translate("ipcoregen", "Open a configuration file."),
-        QCoreApplication::translate("ipcoregen", "file"));
-    const QCommandLineOption generateOption(
-        QStringLiteral("generate"),
-        QCoreApplication::translate(
-            "ipcoregen", "With --open: generate the configuration's files, as OK does, and exit."));
-    const QCommandLineOption reportOption(
-        QStringLiteral("report"),
-        QCoreApplication::translate(
-            "ipcoregen", "With --open: write the configuration as placed, in JSON, and exit."),
-        QCoreApplication::translate("ipcoregen", "file"));
-    const QCommandLineOption schematicOption(
-        QStringLiteral("schematic"),
-        QCoreApplication::translate(
-            "ipcoregen",
-            "With --open: draw the clock schematic into an SVG or PNG file, and exit."),
-        QCoreApplication::translate("ipcoregen", "file"));
-    const QCommandLineOption newOption(
-        QStringLiteral("new"),
-        QCoreApplication::translate(
-            "ipcoregen", "Write a new configuration file, with no instance yet, for --device."),
-        QCoreApplication::translate("ipcoregen", "file"));
-    const QCommandLineOption moduleOption(
-        QStringLiteral("module"),
-        QCoreApplication::translate("ipcoregen", "With --new: the core's module name."),
-        QCoreApplication::translate("ipcoregen", "name"));
-    const QCommandLineOption languageOption(
-        QStringLiteral("language"),
-        QCoreApplication::translate("ipcoregen", "With --new: verilog or vhdl."),
-        QCoreApplication::translate("ipcoregen", "language"));
-    const QCommandLineOption addOption(
-        QStringLiteral("add"),
-        QCoreApplication::translate(
-            "ipcoregen", "Add an instance of a protocol, as its dialog's OK would, and save."),
-        QCoreApplication::translate("ipcoregen", "protocol"));
-    const QCommandLineOption setOption(
-        QStringLiteral("set"),
-        QCoreApplication::translate("ipcoregen",
-                                    "With --add: one parameter, its value written as the "
-                                    "configuration file holds it. Repeat for every key."),
-        QCoreApplication::translate("ipcoregen", "key=value"));
-    const QCommandLineOption nameOption(
-        QStringLiteral("name"),
-        QCoreApplication::translate("ipcoregen",
-                                    "With --add: the instance's name, as its group carries it."),
-        QCoreApplication::translate("ipcoregen", "name"));
-    const QCommandLineOption removeOption(
-        QStringLiteral("remove"),
-        QCoreApplication::translate("ipcoregen", "Delete an instance by its name, and save."),
-        QCoreApplication::translate("ipcoregen", "name"));
-    const QCommandLineOption checkOption(
-        QStringLiteral("check"),
-        QCoreApplication::translate("ipcoregen",
-                                    "Place and check every instance, write nothing, and say "
-                                    "every problem; exit 1 if there is one."));
-    const QCommandLineOption protocolsOption(
-        QStringLiteral("protocols"),
-        QCoreApplication::translate("ipcoregen",
-                                    "Print the installed protocols, whether each can be used on "
-                                    "--device, and their parameters, and exit."));
-    const QCommandLineOption verboseOption(
-        QStringLiteral("verbose"),
-        QCoreApplication::translate(
-            "ipcoregen", "With --generate, --report or --schematic: also print the debug lines of "
-                         "the core and its tools."));
+    const QCommandLineOption listOption
+        = option("list", QT_TRANSLATE_NOOP("ipcoregen", "Print the catalogue and exit."));
+    const QCommandLineOption listDevicesOption
+        = option("list-devices",
+                 QT_TRANSLATE_NOOP(
+                     "ipcoregen",
+                     "Print the devices (identifier, family, name, transceiver quads) and exit."));
+    const QCommandLineOption deviceOption = option(
+        "device",
+        QT_TRANSLATE_NOOP("ipcoregen", "The target device, by an identifier of --list-devices."),
+        QT_TRANSLATE_NOOP("ipcoregen", "id"));
+    const QCommandLineOption openOption
+        = option("open", QT_TRANSLATE_NOOP("ipcoregen", "Open a configuration file."),
+                 QT_TRANSLATE_NOOP("ipcoregen", "file"));
+    const QCommandLineOption generateOption = option(
+        "generate", QT_TRANSLATE_NOOP("ipcoregen",
+                                      "Generate the configuration's files, as OK does, and exit."));
+    const QCommandLineOption reportOption = option(
+        "report",
+        QT_TRANSLATE_NOOP("ipcoregen", "Write the configuration as placed, in JSON, and exit."),
+        QT_TRANSLATE_NOOP("ipcoregen", "file"));
+    const QCommandLineOption schematicOption
+        = option("schematic",
+                 QT_TRANSLATE_NOOP("ipcoregen",
+                                   "Draw the clock schematic into an SVG or PNG file, and exit."),
+                 QT_TRANSLATE_NOOP("ipcoregen", "file"));
+    const QCommandLineOption newOption = option(
+        "new",
+        QT_TRANSLATE_NOOP("ipcoregen",
+                          "Write a new configuration file, with no instance yet, for --device."),
+        QT_TRANSLATE_NOOP("ipcoregen", "file"));
+    const QCommandLineOption moduleOption
+        = option("module", QT_TRANSLATE_NOOP("ipcoregen", "With --new: the core's module name."),
+                 QT_TRANSLATE_NOOP("ipcoregen", "name"));
+    const QCommandLineOption languageOption
+        = option("language", QT_TRANSLATE_NOOP("ipcoregen", "With --new: verilog or vhdl."),
+                 QT_TRANSLATE_NOOP("ipcoregen", "language"));
+    const QCommandLineOption addOption = option(
+        "add",
+        QT_TRANSLATE_NOOP("ipcoregen",
+                          "Add an instance of a protocol, as its dialog's OK would, and save."),
+        QT_TRANSLATE_NOOP("ipcoregen", "protocol"));
+    const QCommandLineOption setOption = option(
+        "set",
+        QT_TRANSLATE_NOOP("ipcoregen", "With --add: one parameter, its value written as the "
+                                       "configuration file holds it. Repeat for every key."),
+        QT_TRANSLATE_NOOP("ipcoregen", "key=value"));
+    const QCommandLineOption nameOption = option(
+        "name",
+        QT_TRANSLATE_NOOP("ipcoregen", "With --add: the instance's name, as its group carries it."),
+        QT_TRANSLATE_NOOP("ipcoregen", "name"));
+    const QCommandLineOption removeOption = option(
+        "remove", QT_TRANSLATE_NOOP("ipcoregen", "Delete an instance by its name, and save."),
+        QT_TRANSLATE_NOOP("ipcoregen", "name"));
+    const QCommandLineOption checkOption = option(
+        "check", QT_TRANSLATE_NOOP("ipcoregen", "Place and check every instance, write nothing, "
+                                                "and say every problem; exit 1 if there is one."));
+    const QCommandLineOption protocolsOption = option(
+        "protocols",
+        QT_TRANSLATE_NOOP("ipcoregen", "Print the installed protocols, whether each can be used on "
+                                       "--device, and their parameters, and exit."));
+    const QCommandLineOption verboseOption
+        = option("verbose", QT_TRANSLATE_NOOP("ipcoregen",
+                                              "With --generate, --report or --schematic: also "
+                                              "print the debug lines of the core and its tools."));
     parser.addOption(listOption);
     parser.addOption(listDevicesOption);
     parser.addOption(deviceOption);
