@@ -86,7 +86,14 @@ void tst_Regeneration::sameAsDialog()
     batch.start(QCoreApplication::applicationDirPath() + "/ipcoregen",
                 {"--open", inBatch + "/serdes.ipc", "--generate"});
     QVERIFY(batch.waitForFinished(120000));
-    QVERIFY2(batch.exitCode() == 0, batch.readAllStandardError().constData());
+    // How it ended, too: a run killed from outside says nothing itself.
+    QVERIFY2(
+        batch.exitStatus() == QProcess::NormalExit && batch.exitCode() == 0,
+        qPrintable(QStringLiteral("%1 with code %2: %3")
+                       .arg(batch.exitStatus() == QProcess::NormalExit ? QStringLiteral("exited")
+                                                                       : QStringLiteral("crashed"))
+                       .arg(batch.exitCode())
+                       .arg(QString::fromUtf8(batch.readAllStandardError()))));
 
     const QMap<QString, QByteArray> fromDialog = outputs(inDialog);
     const QMap<QString, QByteArray> fromBatch = outputs(inBatch);
